@@ -1,0 +1,8 @@
+// The seam between the platform glue and the operating system. Each function here has one
+// definition per platform, in the platform's own folder; nothing above this seam includes
+// an operating-system header beyond POSIX.
+#pragma once
+
+// Writes the system's text of error `code` into `buffer` (at most `size` bytes with the
+// terminator). False if the system does not know the number or the text does not fit.
+bool kzErrorText_OS(int code, char* buffer, int size);

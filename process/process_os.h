@@ -1,0 +1,10 @@
+// The seam between the process table and the operating system. One definition per
+// platform, in the platform's own folder.
+#pragma once
+
+#include "process/raw_process.h"
+
+// Reads every process of the machine, in the kernel's order, into a block allocated with
+// malloc that the caller frees. On failure returns false with errno set and *records null.
+// A process that ends while the table is read is left out.
+bool kzReadRawProcesses_OS(kzRawProcess** records, long* count);
