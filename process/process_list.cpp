@@ -122,7 +122,8 @@ void _kzProcessList::copyFrom(const _kzProcessList& other) {
     if (&other == this) return;
     const size_t begin = offsetof(_kzProcessList, magic);
     const size_t end = offsetof(_kzProcessList, measureStarted) + sizeof(measureStarted);
-    std::memcpy(reinterpret_cast<char*>(this) + begin, reinterpret_cast<const char*>(&other) + begin, end - begin);
+    std::memcpy(reinterpret_cast<char*>(this) + begin, reinterpret_cast<const char*>(&other) + begin,
+                end - begin);
 }
 
 _kzString8_allSize<25> _kzProcessList::ownerNameOfUid(const unsigned& uid) {

@@ -119,7 +119,9 @@ struct _kzString {
     bool hasData() const { return length != 0; }
     bool isEmpty() const { return length == 0; }
     _kzString_Uni_pointer* asUni() { return reinterpret_cast<_kzString_Uni_pointer*>(this); }
-    const _kzString_Uni_pointer* asUni() const { return reinterpret_cast<const _kzString_Uni_pointer*>(this); }
+    const _kzString_Uni_pointer* asUni() const {
+        return reinterpret_cast<const _kzString_Uni_pointer*>(this);
+    }
 
     // Narrows min(length, size - 1) characters into dst, adds a 0 and returns the count.
     // `size` is the size of dst including its terminator.
@@ -137,7 +139,8 @@ struct _kzString {
     // A null pointer or an empty text leaves the record untouched. Zero extension.
     T& add(const char* text) {
         if (text && text[0])
-            length = uint16_t(kzstr::append(data, length, N, text, kzstr::length8(text), kzstr::ZeroExtend()));
+            length =
+                uint16_t(kzstr::append(data, length, N, text, kzstr::length8(text), kzstr::ZeroExtend()));
         return *this;
     }
     // The count is trusted: no 0 is looked for.
@@ -151,7 +154,8 @@ struct _kzString {
     }
     T& operator+=(const char* text) {
         if (text)
-            length = uint16_t(kzstr::append(data, length, N, text, kzstr::length8(text), kzstr::SignExtend()));
+            length =
+                uint16_t(kzstr::append(data, length, N, text, kzstr::length8(text), kzstr::SignExtend()));
         return *this;
     }
     T& operator+=(const T& other) { return add(other); }
@@ -191,7 +195,9 @@ struct _kzString {
 
     // --- search, comparison and editing used throughout the system ---------------------
 
-    bool isEqual(const T& other) const { return kzstr::isEqualFolded(data, length, other.data, other.length); }
+    bool isEqual(const T& other) const {
+        return kzstr::isEqualFolded(data, length, other.data, other.length);
+    }
     // The last character equals c exactly; false for an empty string.
     bool endsWith(const unsigned short& c) const { return length > 0 && data[length - 1] == c; }
     bool endsWith(const char& c) const { return endsWith(kzstr::SignExtend()(c)); }

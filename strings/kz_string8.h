@@ -68,7 +68,8 @@ struct __attribute__((packed)) _kzString8_allSize {
         return *this;
     }
     T& operator=(const std::string& text) {
-        length = uint16_t(kzstr::assign(data, N, text.data(), int(text.size() > size_t(N) ? size_t(N) : text.size())));
+        length = uint16_t(
+            kzstr::assign(data, N, text.data(), int(text.size() > size_t(N) ? size_t(N) : text.size())));
         return *this;
     }
     T& operator=(_kzString8_Uni_pointer* view) {
@@ -146,7 +147,9 @@ struct __attribute__((packed)) _kzString8_allSize {
     // --- search, comparison and editing used throughout the system ---------------------
 
     // Equal lengths and equal characters, ignoring case.
-    bool isEqual(const T& other) const { return kzstr::isEqualFolded(data, length, other.data, other.length); }
+    bool isEqual(const T& other) const {
+        return kzstr::isEqualFolded(data, length, other.data, other.length);
+    }
     // The last character equals c exactly; false for an empty string.
     bool endsWith(const char& c) const { return length > 0 && data[length - 1] == c; }
     // Every character equal to `from`, ignoring case, becomes `to` as given.

@@ -1,0 +1,261 @@
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "strings/kz_string8.h"
+
+namespace {
+
+template <int N>
+std::string text(const _kzString8_allSize<N>& s) {
+    return std::string(s.data, s.length);
+}
+
+// The record invariants: length within capacity and a terminator behind the text.
+template <int N>
+void expectSound(const _kzString8_allSize<N>& s) {
+    ASSERT_LE(s.length, N);
+    EXPECT_EQ(s.data[s.length], 0);
+}
+
+TEST(String8, RecordIsPackedAtEveryParity) {
+    EXPECT_EQ(sizeof(_kzString8_allSize<6>), 2u + 6 + 1);
+    EXPECT_EQ(sizeof(_kzString8_allSize<7>), 2u + 7 + 1);
+    EXPECT_EQ(offsetof(_kzString8_allSize<25>, data), 2u);
+    _kzString8_allSize<10> s("abc");
+    EXPECT_EQ(reinterpret_cast<void*>(s.asUni()), reinterpret_cast<void*>(&s));
+    EXPECT_EQ(s.asUni()->length, 3);
+    EXPECT_STREQ(s.asUni()->chars(), "abc");
+}
+
+TEST(String8, EveryWayInCutsAtCapacity) {
+    const char* const longText = "abcdefghij"; // 10 characters into a capacity of 6
+    std::vector<_kzString8_allSize<6>> results;
+    results.emplace_back(longText);
+    results.emplace_back(longText, 10);
+    _kzString8_allSize<6> assigned;
+    assigned = longText;
+    results.push_back(assigned);
+    assigned = std::string(longText);
+    results.push_back(assigned);
+    assigned.fromChar(longText, 10);
+    results.push_back(assigned);
+    _kzString8_allSize<20> wide(longText);
+    results.emplace_back(wide.asUni());
+    assigned = wide.asUni();
+    results.push_back(assigned);
+    const unsigned short wideText[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 0};
+    results.emplace_back(wideText);
+    for (const auto& r : results) {
+        expectSound(r);
+        EXPECT_EQ(text(r), "abcdef");
+    }
+
+    // Appending stops at the capacity, whatever the route, and a full string stays full.
+    _kzString8_allSize<6> s("abcd");
+    s.add("xyz");
+    EXPECT_EQ(text(s), "abcdxy");
+    s.add("q");
+    s += 'q';
+    s += "q";
+    s.add("q", 1);
+    s += static_cast<unsigned short>('q');
+    s.add(_kzString8_allSize<6>("q"));
+    s.addNr(7);
+    EXPECT_EQ(text(s), "abcdxy");
+    expectSound(s);
+    EXPECT_EQ(text(_kzString8_allSize<6>("abcd").combined("xyz")), "abcdxy");
+    EXPECT_EQ(text(_kzString8_allSize<6>("abcd") + _kzString8_allSize<6>("xyz")), "abcdxy");
+    EXPECT_EQ(text(_kzString8_allSize<6>("abcdef") + 'g'), "abcdef");
+}
+
+TEST(String8, FullRecordOf250TakesNoMore) {
+    _kzString8_allSize<250> s(std::string(250, 'x').c_str());
+    ASSERT_EQ(s.length, 250);
+    s += 'y';
+    s += "y";
+    EXPECT_EQ(s.length, 250);
+    EXPECT_EQ(s.data[250], 0);
+    EXPECT_EQ(s.data[249], 'x');
+}
+
+TEST(String8, TextLengthIsReducedTo16Bits) {
+    const std::string exactly64k(65536, 'a');
+    _kzString8_allSize<10> empty(exactly64k.c_str());
+    EXPECT_EQ(empty.length, 0);
+    EXPECT_EQ(empty.data[0], 0);
+
+    std::string over64k(65540, 'a');
+    over64k.replace(0, 5, "wxyzq");
+    _kzString8_allSize<10> four(over64k.c_str());
+    EXPECT_EQ(text(four), "wxyz");
+
+    // The counted forms reduce the count the same way.
+    _kzString8_allSize<10> counted(over64k.c_str(), 65540);
+    EXPECT_EQ(text(counted), "wxyz");
+    _kzString8_allSize<10> appended("a");
+    appended += over64k.c_str();
+    EXPECT_EQ(text(appended), "awxyz");
+}
+
+TEST(String8, WideTextIsScannedAtMost1024Characters) {
+    std::vector<unsigned short> wide(2000, 'w');
+    wide.push_back(0);
+    _kzString8_allSize<2000> s(wide.data());
+    EXPECT_EQ(s.length, 1024);
+    EXPECT_EQ(s.data[1024], 0);
+    // A 16-bit character keeps its low byte.
+    const unsigned short high[] = {0x1234, 0x41, 0};
+    _kzString8_allSize<10> narrowed(high);
+    EXPECT_EQ(narrowed.length, 2);
+    EXPECT_EQ(static_cast<unsigned char>(narrowed.data[0]), 0x34);
+}
+
+TEST(String8, CountedTextIsTakenWithoutLookingForZero) {
+    const char bytes[] = {'a', 0, 'b', 'c'};
+    _kzString8_allSize<10> s(bytes, 4);
+    EXPECT_EQ(s.length, 4);
+    EXPECT_EQ(std::memcmp(s.data, bytes, 4), 0);
+    EXPECT_EQ(s.data[4], 0);
+    s.add(bytes, 2);
+    EXPECT_EQ(s.length, 6);
+}
+
+TEST(String8, NullPointersFollowEachOperationsRule) {
+    const char* none = nullptr;
+    _kzString8_allSize<10> fromNull(none);
+    EXPECT_EQ(fromNull.length, 0);
+    EXPECT_EQ(fromNull.data[0], 0);
+
+    // Assignment of a null pointer empties the length but keeps the old bytes.
+    _kzString8_allSize<10> s("hello");
+    s = none;
+    EXPECT_EQ(s.length, 0);
+    EXPECT_EQ(std::string(s.data), "hello");
+    s = "hello";
+    s.fromChar(none, 3);
+    EXPECT_EQ(s.length, 0);
+    EXPECT_EQ(s.data[0], 'h');
+
+    // Appending nothing changes nothing.
+    s = "hi";
+    s.add(none);
+    s.add(none, 5);
+    s.add("abc", 0);
+    s += none;
+    EXPECT_EQ(text(s), "hi");
+    EXPECT_EQ(text(s.combined(none)), "hi");
+    const unsigned short* noWide = nullptr;
+    EXPECT_EQ(_kzString8_allSize<10>(noWide).length, 0);
+    const _kzString8_Uni_pointer* noView = nullptr;
+    EXPECT_EQ(_kzString8_allSize<10>(noView).length, 0);
+}
+
+TEST(String8, SingleCharacterAssignmentCountsAZero) {
+    _kzString8_allSize<10> s("abc");
+    s = '\0';
+    EXPECT_EQ(s.length, 1);
+    EXPECT_EQ(s.data[0], 0);
+    s = 'z';
+    EXPECT_EQ(text(s), "z");
+    EXPECT_EQ(s.data[1], 0);
+}
+
+TEST(String8, SetLengthAndCalcLengthStayInsideTheRecord) {
+    _kzString8_allSize<250> s("abcdef");
+    s.setLength(-1);
+    EXPECT_EQ(s.length, 0);
+    EXPECT_EQ(s.data[0], 0);
+    s = "abcdef";
+    s.setLength(32767);
+    EXPECT_EQ(s.length, 250);
+    EXPECT_EQ(s.data[250], 0);
+    s.setLength(3); // the terminators written before stay where they were
+    EXPECT_EQ(text(s), "abc");
+    EXPECT_EQ(s.data[3], 0);
+    // A longer length shows what lay behind the old terminator.
+    s = "abcdef";
+    s.setLength(2);
+    s.data[2] = 'c';
+    s.setLength(4);
+    EXPECT_EQ(text(s), "abcd");
+
+    _kzString8_allSize<8> full;
+    std::memset(full.data, 'x', sizeof full.data);
+    full.calcLength();
+    EXPECT_EQ(full.length, 8);
+    EXPECT_EQ(full.data[8], 0);
+    std::strcpy(full.data, "ab");
+    full.calcLength();
+    EXPECT_EQ(full.length, 2);
+}
+
+TEST(String8, ClearAndClearUnusedMakeEqualTextsEqualBlocks) {
+    _kzString8_allSize<10> a("abcdefgh");
+    a = "xy";
+    _kzString8_allSize<10> b("xy");
+    EXPECT_NE(std::memcmp(&a, &b, sizeof a), 0);
+    a.clearUnused();
+    EXPECT_EQ(std::memcmp(&a, &b, sizeof a), 0);
+    a.clear();
+    EXPECT_TRUE(a.isEmpty());
+    EXPECT_FALSE(a.hasData());
+    for (char c : a.data) EXPECT_EQ(c, 0);
+}
+
+TEST(String8, IsEqualIgnoresCaseOnlyForAsciiLetters) {
+    const _kzString8_allSize<500> option("-LoG");
+    EXPECT_TRUE(option.isEqual("-log"));
+    EXPECT_FALSE(option.isEqual("-lo"));
+    EXPECT_FALSE(option.isEqual("-logs"));
+    EXPECT_TRUE(_kzString8_allSize<10>().isEqual(""));
+    // Bytes above 0x7F are not folded: 0xE4 and 0xC4 differ.
+    EXPECT_FALSE(_kzString8_allSize<10>("\xE4").isEqual("\xC4"));
+    EXPECT_TRUE(_kzString8_allSize<10>("\xE4").isEqual("\xE4"));
+}
+
+TEST(String8, EndsWithReplaceAndMakeUpper) {
+    _kzString8_allSize<20> s("FILE.TXT");
+    EXPECT_TRUE(s.endsWith('T'));
+    EXPECT_FALSE(s.endsWith('t')); // one character compares exactly
+    EXPECT_FALSE(_kzString8_allSize<20>().endsWith('\0'));
+
+    s = "aAbBa";
+    s.replace('a', '-');
+    EXPECT_EQ(text(s), "--bB-"); // both cases found, the replacement taken as given
+    s.replace('B', 'x');
+    EXPECT_EQ(text(s), "--xx-");
+
+    s = "kzServer\xE4sole-1";
+    s.makeUpper();
+    EXPECT_EQ(text(s), "KZSERVER\xE4SOLE-1");
+    s.makeLower();
+    EXPECT_EQ(text(s), "kzserver\xE4sole-1");
+}
+
+TEST(String8, NumbersAppendUnderTheCapacity) {
+    _kzString8_allSize<30> s("n=");
+    s.addNr(-42);
+    s += ' ';
+    s.addNr(static_cast<long long>(-9223372036854775807LL - 1));
+    EXPECT_EQ(text(s), "n=-42 -9223372036854775808");
+
+    s.clear();
+    s.addNr(7, static_cast<unsigned char>(3));
+    s += ' ';
+    s.addNr(1234, static_cast<unsigned char>(3));
+    s += ' ';
+    s.addNr(-5, static_cast<unsigned char>(4)); // the zeros stand before the sign
+    EXPECT_EQ(text(s), "007 1234 00-5");
+
+    _kzString8_allSize<6> small("abc");
+    small.addNr(123456);
+    EXPECT_EQ(text(small), "abc123");
+    small = "abcd";
+    small.addNr(5LL, static_cast<unsigned char>(5));
+    EXPECT_EQ(text(small), "abcd00");
+}
+
+} // namespace

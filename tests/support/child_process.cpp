@@ -1,0 +1,152 @@
+#include "tests/support/child_process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+long long monotonicMs() {
+    timespec ts;
+    clock_gettime(CLOCK_MONOTONIC, &ts);
+    return static_cast<long long>(ts.tv_sec) * 1000 + ts.tv_nsec / 1000000;
+}
+
+ChildProcess::ChildProcess(ChildProcess&& other) noexcept { *this = std::move(other); }
+
+ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
+    if (this != &other) {
+        reset();
+        pid_ = other.pid_;
+        outFd_ = other.outFd_;
+        reaped_ = other.reaped_;
+        output_ = std::move(other.output_);
+        other.pid_ = -1;
+        other.outFd_ = -1;
+    }
+    return *this;
+}
+
+ChildProcess::~ChildProcess() { reset(); }
+
+void ChildProcess::reset() {
+    if (pid_ > 0 && !reaped_) kill();
+    if (outFd_ >= 0) close(outFd_);
+    pid_ = -1;
+    outFd_ = -1;
+    reaped_ = false;
+    output_.clear();
+}
+
+ChildProcess ChildProcess::start(const std::string& program, const std::vector<std::string>& argv,
+                                 bool captureOutput) {
+    ChildProcess child;
+    int execPipe[2];
+    int outPipe[2] = {-1, -1};
+    if (pipe2(execPipe, O_CLOEXEC) != 0 || (captureOutput && pipe2(outPipe, O_CLOEXEC) != 0)) {
+        ADD_FAILURE() << "pipe failed";
+        return child;
+    }
+    std::vector<char*> args;
+    for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+
+    const pid_t parent = getpid();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        // No child may outlive a test that crashes.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) _exit(126);
+        if (captureOutput) dup2(outPipe[1], STDOUT_FILENO);
+        execv(program.c_str(), args.data());
+        const int error = errno;
+        (void)!write(execPipe[1], &error, sizeof error);
+        _exit(127);
+    }
+    close(execPipe[1]);
+    if (captureOutput) close(outPipe[1]);
+    if (pid < 0) {
+        ADD_FAILURE() << "fork failed";
+        close(execPipe[0]);
+        return child;
+    }
+    child.pid_ = pid;
+    child.outFd_ = captureOutput ? outPipe[0] : -1;
+    // The pipe closes on exec; a message on it means the exec failed.
+    int error = 0;
+    ssize_t n;
+    do n = read(execPipe[0], &error, sizeof error);
+    while (n < 0 && errno == EINTR);
+    close(execPipe[0]);
+    if (n > 0) ADD_FAILURE() << "exec of " << program << " failed: errno " << error;
+    return child;
+}
+
+bool ChildProcess::waitExit(int timeoutMs, int* exitCode) {
+    if (pid_ <= 0 || reaped_) return false;
+    const long long deadline = monotonicMs() + timeoutMs;
+    for (;;) {
+        int status = 0;
+        const pid_t r = waitpid(pid_, &status, WNOHANG);
+        if (r == pid_) {
+            reaped_ = true;
+            if (exitCode) *exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+            return true;
+        }
+        if (monotonicMs() >= deadline) return false;
+        usleep(5000);
+    }
+}
+
+void ChildProcess::waitUntilZombie() {
+    siginfo_t info;
+    waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOWAIT);
+}
+
+void ChildProcess::kill() {
+    if (pid_ <= 0 || reaped_) return;
+    ::kill(pid_, SIGKILL);
+    int status = 0;
+    while (waitpid(pid_, &status, 0) < 0 && errno == EINTR) {}
+    reaped_ = true;
+}
+
+std::string ChildProcess::readUntil(const std::string& needle, int timeoutMs) {
+    const long long deadline = monotonicMs() + timeoutMs;
+    while (outFd_ >= 0 && (needle.empty() || output_.find(needle) == std::string::npos)) {
+        const long long left = deadline - monotonicMs();
+        if (left <= 0) break;
+        pollfd p{outFd_, POLLIN, 0};
+        if (poll(&p, 1, static_cast<int>(left)) <= 0) continue;
+        char buffer[4096];
+        const ssize_t n = read(outFd_, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            close(outFd_);
+            outFd_ = -1;
+            break;
+        }
+        output_.append(buffer, static_cast<size_t>(n));
+    }
+    return output_;
+}
+
+std::string ChildProcess::readAll(int timeoutMs) { return readUntil("", timeoutMs); }
+
+std::string installStandIn(const std::string& folder, const std::string& fileName) {
+    const std::string target = folder + "/" + fileName;
+    std::ifstream in(KZ_STAND_IN_PATH, std::ios::binary);
+    std::ofstream out(target, std::ios::binary | std::ios::trunc);
+    out << in.rdbuf();
+    out.close();
+    if (!out || chmod(target.c_str(), 0755) != 0) ADD_FAILURE() << "could not install " << target;
+    return target;
+}

@@ -1,0 +1,52 @@
+// Real child processes for tests: started with fork and exec, optionally with their
+// standard output in a pipe, and always ended and reaped when the object goes.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+class ChildProcess {
+public:
+    ChildProcess() = default;
+    ChildProcess(ChildProcess&& other) noexcept;
+    ChildProcess& operator=(ChildProcess&& other) noexcept;
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess();
+
+    // Starts `program` with `argv` (argv[0] included, as the child will see it) and returns
+    // once the exec has happened, so that the process already carries its new name.
+    static ChildProcess start(const std::string& program, const std::vector<std::string>& argv,
+                              bool captureOutput = false);
+
+    pid_t pid() const { return pid_; }
+    bool started() const { return pid_ > 0; }
+
+    // Waits up to timeoutMs for the exit and reaps the child. False on timeout.
+    bool waitExit(int timeoutMs, int* exitCode = nullptr);
+    // Waits until the child has ended without reaping it: it stays a zombie.
+    void waitUntilZombie();
+    // Ends the child with SIGKILL and reaps it at once.
+    void kill();
+
+    // Output captured so far, reading on until `needle` appears, the output ends or
+    // timeoutMs passes.
+    std::string readUntil(const std::string& needle, int timeoutMs);
+    // All output up to its end (or the timeout).
+    std::string readAll(int timeoutMs);
+
+private:
+    void reset();
+    pid_t pid_ = -1;
+    int outFd_ = -1;
+    bool reaped_ = false;
+    std::string output_;
+};
+
+// Copies the stand-in program into `folder` under `fileName`, executable, and returns its path.
+std::string installStandIn(const std::string& folder, const std::string& fileName);
+
+// Milliseconds on a monotonic clock.
+long long monotonicMs();

@@ -1,0 +1,116 @@
+// kzStartLocal as a whole process: its exact output, its exit status, and its watch loop
+// against a real kzServerconsole process.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/child_process.h"
+#include "tests/support/temp_dir.h"
+
+namespace {
+
+const std::string kBanner = "________________________________________________________________\n"
+                            "|                                                              |\n"
+                            "|            Syncing local files to KZ network folder          |\n"
+                            "|            (v 8.4.02)                                       |\n"
+                            "|______________________________________________________________|\n";
+const std::string kUsage = "Usage: kzStartLocal [localfolder] [KZ_NETWORK_ROOT]  [-log]  [-jobdb] \n";
+const std::string kQuit = "\nQUIT\n\n";
+
+struct Finished {
+    std::string output;
+    int exitCode = -1;
+    long long ms = 0;
+};
+
+// Runs the tool to its end with the given argv (argv[0] included).
+Finished runTool(const std::vector<std::string>& argv) {
+    Finished result;
+    const long long start = monotonicMs();
+    ChildProcess tool = ChildProcess::start(KZ_TOOL_PATH, argv, true);
+    result.output = tool.readAll(10000);
+    EXPECT_TRUE(tool.waitExit(10000, &result.exitCode));
+    result.ms = monotonicMs() - start;
+    return result;
+}
+
+std::string settings(const std::string& local, const std::string& root, bool logs, bool jobs) {
+    return "Local Folder: " + local + "\nKZ ROOT: " + root + "\ncopyLogs: " + (logs ? "true" : "false") +
+           "\ncopyJobsDB: " + (jobs ? "true" : "false") + "\n";
+}
+
+TEST(StartLocal, TooFewArgumentsGiveTheUsageLineAndExit255) {
+    for (const std::vector<std::string>& argv :
+         {std::vector<std::string>{"kzStartLocal", "/a", "/b"}, std::vector<std::string>{"kzStartLocal"}}) {
+        const Finished run = runTool(argv);
+        EXPECT_EQ(run.output, kBanner + kUsage);
+        EXPECT_EQ(run.exitCode, 255);
+    }
+}
+
+TEST(StartLocal, WithoutTheServerItQuitsAtOnce) {
+    const Finished run = runTool({"kzStartLocal", "/a", "/b", "x"});
+    EXPECT_EQ(run.output, kBanner + settings("/a/", "/b/", false, false) + kQuit);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_LT(run.ms, 900); // no sleep before the first look
+}
+
+TEST(StartLocal, OptionsAndFoldersAsTheyAreRead) {
+    struct Case {
+        std::vector<std::string> argv;
+        std::string settings;
+    };
+    const std::string a500(500, 'a');
+    const std::string a499(499, 'a');
+    const std::vector<Case> cases = {
+        // argv[1] is searched for options too, and is still the local folder.
+        {{"kzStartLocal", "-log", "/b", "x"}, settings("-log/", "/b/", true, false)},
+        // So is argv[0].
+        {{"-jobdb", "/a", "/b", "x"}, settings("/a/", "/b/", false, true)},
+        {{"kzStartLocal", "c:\\x\\y", "/b", "-LOG"}, settings("c:/x/y/", "/b/", true, false)},
+        {{"kzStartLocal", "/a", "/b", "-JobDB", "-log", "-LOG", "more"}, settings("/a/", "/b/", true, true)},
+        {{"kzStartLocal", "", "", "x"}, settings("/", "/", false, false)},
+        // Only backslashes change: doubled separators and parent references stay.
+        {{"kzStartLocal", "/a//b/../c/", "\\\\srv\\share", "x"},
+         settings("/a//b/../c/", "//srv/share/", false, false)},
+        {{"kzStartLocal", "/m\xE4rz", "/b/", "-log-"}, settings("/m\xE4rz/", "/b/", false, false)},
+        // A full folder of 500 characters gets no "/", and 499 characters are printed.
+        {{"kzStartLocal", a500, "/b", "x"}, settings(a499, "/b/", false, false)},
+        {{"kzStartLocal", "/a", a499, "x"}, settings("/a/", a499, false, false)},
+    };
+    for (const Case& c : cases) {
+        const Finished run = runTool(c.argv);
+        EXPECT_EQ(run.output, kBanner + c.settings + kQuit) << c.argv[1];
+        EXPECT_EQ(run.exitCode, 0);
+    }
+}
+
+TEST(StartLocal, WatchesTheServerAndQuitsSoonAfterItEnds) {
+    TempDir dir;
+    const std::string serverPath = installStandIn(dir.path(), "kzServerconsole");
+    ChildProcess server = ChildProcess::start(serverPath, {serverPath});
+    const std::string local = dir.path() + "/local/";
+    const std::string root = dir.path() + "/root/";
+
+    ChildProcess tool =
+        ChildProcess::start(KZ_TOOL_PATH, {"kzStartLocal", local, root, "-log", "-jobdb"}, true);
+    const std::string expectedStart = kBanner + settings(local, root, true, true);
+    // The start lines arrive while the tool runs, not only when it ends.
+    EXPECT_EQ(tool.readUntil("copyJobsDB: true\n", 3000), expectedStart);
+    EXPECT_FALSE(tool.waitExit(0));
+
+    // Past the first pass (the seventh second), with nothing printed meanwhile.
+    EXPECT_EQ(tool.readUntil("QUIT", 8000), expectedStart);
+    EXPECT_FALSE(tool.waitExit(0));
+
+    server.kill();
+    const long long ended = monotonicMs();
+    int exitCode = -1;
+    ASSERT_TRUE(tool.waitExit(3000, &exitCode));
+    EXPECT_LE(monotonicMs() - ended, 1500);
+    EXPECT_EQ(exitCode, 0);
+    EXPECT_EQ(tool.readAll(1000), expectedStart + kQuit);
+}
+
+} // namespace
