@@ -1,5 +1,6 @@
 // The process table against real processes: copies of the stand-in program started under
 // the names the watch loop cares about.
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <memory>
@@ -148,6 +149,26 @@ TEST(ProcessTable, ConstructionAndTheTimingLog) {
     EXPECT_GE(table->snapshotTime.value, before / 1000);
     // This process itself is in the table.
     EXPECT_NE(slotOf(*table, getpid()), nullptr);
+}
+
+// A real failure of the kernel read: with no file descriptor left, /proc can't be opened.
+// Runs in a child process, which reports through its exit code.
+void snapshotWithoutFileDescriptors() {
+    auto table = newTable();
+    const int lowestFree = dup(0);
+    close(lowestFree);
+    const rlimit limit{static_cast<rlim_t>(lowestFree), static_cast<rlim_t>(lowestFree)};
+    setrlimit(RLIMIT_NOFILE, &limit);
+    uint64_t pid = 77;
+    const bool found = find(*table, "init", true, &pid);
+    const bool ok = !found && pid == 0 && table->count == 0 &&
+                    std::string(table->errorText.asChar()) == " sysctl:Too many open files" &&
+                    std::regex_match(table->logText.asChar(), std::regex("CollectAllProcesses_OS: .*; procCount: 0"));
+    _exit(ok ? 0 : 1);
+}
+
+TEST(ProcessTable, AFailedReadLeavesAnEmptyTableAndSaysWhy) {
+    EXPECT_EXIT(snapshotWithoutFileDescriptors(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(ProcessTable, ResetCopyAndOwnerNames) {
