@@ -45,6 +45,13 @@ struct ZeroExtend {
 struct Narrow {
     char operator()(unsigned short c) const { return static_cast<char>(c & 0xFF); }
 };
+// A byte into a place of type C, as a plain conversion does it: taken as it is into a
+// char, sign-extended into a 16-bit character.
+template <typename C>
+struct FromByte {
+    C operator()(char c) const { return static_cast<C>(c); }
+};
+
 // Same width: the character is taken as it is.
 struct Keep {
     template <typename C>
@@ -160,30 +167,6 @@ void makeUpper(C* data, int length) {
 template <typename C>
 void makeLower(C* data, int length) {
     for (int i = 0; i < length; ++i) data[i] = static_cast<C>(foldLower(charValue(data[i])));
-}
-
-// ---------------------------------------------------------------------------------------
-// Decimal numbers
-
-// Writes the decimal text of v into buf (at least 21 bytes) and returns its length.
-int formatInt(char* buf, long long v);
-int formatUnsigned(char* buf, unsigned long long v);
-
-// Appends the decimal text under the append rule.
-template <typename C>
-int appendNumber(C* data, int length, int capacity, long long v) {
-    char text[24];
-    const int n = formatInt(text, v);
-    return append(data, length, capacity, text, n, [](char c) { return static_cast<C>(c); });
-}
-
-// Appends width - n zeros, each only while there is room, then the number's text.
-template <typename C>
-int appendNumberZeroPadded(C* data, int length, int capacity, long long v, int width) {
-    char text[24];
-    const int n = formatInt(text, v);
-    for (int i = n; i < width && length < capacity; ++i) length = appendChar(data, length, capacity, C('0'));
-    return append(data, length, capacity, text, n, [](char c) { return static_cast<C>(c); });
 }
 
 } // namespace kzstr

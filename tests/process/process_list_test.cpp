@@ -161,9 +161,10 @@ void snapshotWithoutFileDescriptors() {
     setrlimit(RLIMIT_NOFILE, &limit);
     uint64_t pid = 77;
     const bool found = find(*table, "init", true, &pid);
-    const bool ok = !found && pid == 0 && table->count == 0 &&
-                    std::string(table->errorText.asChar()) == " sysctl:Too many open files" &&
-                    std::regex_match(table->logText.asChar(), std::regex("CollectAllProcesses_OS: .*; procCount: 0"));
+    const bool ok =
+        !found && pid == 0 && table->count == 0 &&
+        std::string(table->errorText.asChar()) == " sysctl:Too many open files" &&
+        std::regex_match(table->logText.asChar(), std::regex("CollectAllProcesses_OS: .*; procCount: 0"));
     _exit(ok ? 0 : 1);
 }
 

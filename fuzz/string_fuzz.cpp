@@ -1,0 +1,251 @@
+// Fuzz target for the string family: random sequences of operations on small capacities.
+//
+// Each string record runs beside a plain std::basic_string model of the same rules (cut at
+// the capacity, case folded to ASCII upper case where the name says so). After every
+// operation the record must keep its invariants (length within capacity, terminator behind
+// the text) and hold exactly the model's text; searches and comparisons must agree with
+// the model. Under AddressSanitizer any access outside a record is caught as well.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "strings/kz_string.h"
+#include "strings/kz_string8.h"
+
+namespace {
+
+// Reads the input as a sequence of small decisions.
+struct Input {
+    const uint8_t* data;
+    size_t size;
+    size_t pos = 0;
+
+    bool more() const { return pos < size; }
+    uint8_t byte() { return pos < size ? data[pos++] : 0; }
+    int small(int range) { return byte() % range; }
+};
+
+[[noreturn]] void fail(const char* what, int step) {
+    std::fprintf(stderr, "string fuzz: %s differs from the model at step %d\n", what, step);
+    std::abort();
+}
+
+template <typename C>
+int modelValue(C c) {
+    return sizeof(C) == 1 ? static_cast<signed char>(c) : static_cast<int>(static_cast<unsigned short>(c));
+}
+
+template <typename C>
+std::basic_string<C> upper(std::basic_string<C> s) {
+    for (C& c : s)
+        if (modelValue(c) >= 'a' && modelValue(c) <= 'z') c = static_cast<C>(c - 32);
+    return s;
+}
+
+template <typename C>
+int modelIndexOf(const std::basic_string<C>& s, const std::basic_string<C>& p, int start, bool fold) {
+    if (p.empty()) return -1;
+    if (start < 0) start = 0;
+    if (static_cast<size_t>(start) + p.size() > s.size()) return -1;
+    const size_t at =
+        fold ? upper(s).find(upper(p), static_cast<size_t>(start)) : s.find(p, static_cast<size_t>(start));
+    return at == std::basic_string<C>::npos ? -1 : static_cast<int>(at);
+}
+
+template <typename C>
+void modelReplace(std::basic_string<C>& s, const std::basic_string<C>& from, const std::basic_string<C>& to,
+                  size_t capacity, bool fold) {
+    int p = modelIndexOf(s, from, 0, fold);
+    while (p >= 0) {
+        s = (s.substr(0, static_cast<size_t>(p)) + to + s.substr(static_cast<size_t>(p) + from.size()))
+                .substr(0, capacity);
+        p = modelIndexOf(s, from, p + static_cast<int>(to.size()), fold);
+    }
+}
+
+template <typename C>
+void modelRemove(std::basic_string<C>& s, const std::basic_string<C>& pattern, bool fold) {
+    int p = modelIndexOf(s, pattern, 0, fold);
+    while (p >= 0) {
+        s.erase(static_cast<size_t>(p), pattern.size());
+        p = modelIndexOf(s, pattern, p, fold);
+    }
+}
+
+template <typename C>
+void modelTrim(std::basic_string<C>& s) {
+    auto space = [](C c) {
+        const int v = modelValue(c);
+        return v == 0 || v == 9 || v == 10 || v == 13 || v == 32;
+    };
+    while (!s.empty() && space(s.back())) s.pop_back();
+    size_t first = 0;
+    while (first < s.size() && space(s[first])) ++first;
+    s.erase(0, first);
+}
+
+// The order of two characters as memcmp sees them in storage: bytes unsigned, 16-bit
+// characters low byte first.
+template <typename C>
+int byteOrder(C a, C b) {
+    const unsigned x = static_cast<unsigned short>(a) & (sizeof(C) == 1 ? 0xFFu : 0xFFFFu);
+    const unsigned y = static_cast<unsigned short>(b) & (sizeof(C) == 1 ? 0xFFu : 0xFFFFu);
+    if ((x & 0xFF) != (y & 0xFF)) return (x & 0xFF) < (y & 0xFF) ? -1 : 1;
+    return x == y ? 0 : (x < y ? -1 : 1);
+}
+
+template <typename C>
+int modelCompare(const std::basic_string<C>& a, const std::basic_string<C>& b) {
+    const std::basic_string<C> x = upper(a), y = upper(b);
+    for (size_t i = 0; i < x.size() && i < y.size(); ++i)
+        if (int order = byteOrder(x[i], y[i])) return order;
+    return x.size() == y.size() ? 0 : (x.size() < y.size() ? -1 : 1);
+}
+
+int sign(int v) { return (v > 0) - (v < 0); }
+
+// Random text of the record's character type: few distinct letters of both cases, so
+// that patterns match often, and now and then a character above 0x7F.
+template <typename C>
+std::basic_string<C> randomText(Input& in, int maxLength) {
+    static const char alphabet[] = {'a', 'A', 'b', 'B', ' ', '\t', '.', '\xE4'};
+    std::basic_string<C> text;
+    const int n = in.small(maxLength + 1);
+    for (int i = 0; i < n; ++i) {
+        const int pick = in.small(10);
+        if (pick < 8)
+            text += static_cast<C>(alphabet[pick]);
+        else if (sizeof(C) == 2)
+            text += static_cast<C>(0x100 + in.byte());
+        else
+            text += static_cast<C>('a' + in.small(3));
+    }
+    return text;
+}
+
+template <typename S, typename C>
+S recordOf(const std::basic_string<C>& text) {
+    S s;
+    s.add(text.data(), static_cast<unsigned>(text.size()));
+    return s;
+}
+
+template <typename S, typename C>
+void check(const S& s, const std::basic_string<C>& model, int step) {
+    if (s.length > S::capacity) fail("length above capacity", step);
+    if (s.data[s.length] != 0) fail("terminator", step);
+    if (std::basic_string<C>(s.data, s.length) != model) fail("text", step);
+}
+
+template <typename S, typename C>
+void run(Input& in) {
+    constexpr int N = S::capacity;
+    S s;
+    std::basic_string<C> model;
+    for (int step = 0; in.more() && step < 64; ++step) {
+        const std::basic_string<C> a = randomText<C>(in, N + 2);
+        const std::basic_string<C> b = randomText<C>(in, 3);
+        const S ra = recordOf<S>(a.substr(0, N)), rb = recordOf<S>(b);
+        const std::basic_string<C> pa = a.substr(0, N);
+        const int start = in.small(N + 3) - 1;
+        switch (in.small(12)) {
+        case 0:
+            s = ra;
+            model = pa;
+            break;
+        case 1:
+            s.add(a.data(), static_cast<unsigned>(a.size()));
+            model = (model + a).substr(0, N);
+            break;
+        case 2: {
+            const bool fold = in.small(2);
+            fold ? s.replace(rb, ra) : s.replaceCaseSen(rb, ra);
+            modelReplace(model, b, pa, N, fold);
+            break;
+        }
+        case 3: {
+            const bool fold = in.small(2);
+            fold ? s.remove(rb) : s.removeCaseSens(rb);
+            modelRemove(model, b, fold);
+            break;
+        }
+        case 4:
+            s.trim();
+            modelTrim(model);
+            break;
+        case 5:
+            if (s.indexOf(rb, start) != modelIndexOf(model, b, start, true)) fail("indexOf", step);
+            if (s.indexOfCaseSen(rb, start) != modelIndexOf(model, b, start, false))
+                fail("indexOfCaseSen", step);
+            break;
+        case 6:
+            if (sign(s.compare(ra)) != sign(modelCompare(model, pa))) fail("compare", step);
+            if (s.isEqual(ra) != (upper(model) == upper(pa))) fail("isEqual", step);
+            break;
+        case 7: {
+            const int at = in.small(N + 2);
+            s.insert(at, rb);
+            const size_t p = static_cast<size_t>(at) < model.size() ? static_cast<size_t>(at) : model.size();
+            // Cutting the joined text at N cuts the old tail first, then the inserted text.
+            model = (model.substr(0, p) + b + model.substr(p)).substr(0, N);
+            break;
+        }
+        case 8: {
+            const int from = in.small(N + 1), count = in.small(N + 1);
+            s.remove(from, count);
+            const size_t f =
+                static_cast<size_t>(from) < model.size() ? static_cast<size_t>(from) : model.size();
+            model.erase(f, static_cast<size_t>(count));
+            break;
+        }
+        case 9:
+            s.makeUpper();
+            model = upper(model);
+            break;
+        case 10: {
+            const int n = in.small(N + 2) - 1;
+            const S left = s.left(n);
+            if (std::basic_string<C>(left.data, left.length) !=
+                model.substr(0, n < 0 ? 0 : static_cast<size_t>(n)))
+                fail("left", step);
+            break;
+        }
+        default: {
+            const C c = b.empty() ? C('a') : b[0];
+            s.remove(c);
+            std::basic_string<C> kept;
+            for (C x : model)
+                if (upper(std::basic_string<C>(1, x)) != upper(std::basic_string<C>(1, c))) kept += x;
+            model = kept;
+            break;
+        }
+        }
+        check(s, model, step);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Input in{data, size};
+    switch (in.small(5)) {
+    case 0:
+        run<_kzString8_allSize<6>, char>(in);
+        break;
+    case 1:
+        run<_kzString8_allSize<7>, char>(in);
+        break;
+    case 2:
+        run<_kzString8_UnevenSize_old<7>, char>(in);
+        break;
+    case 3:
+        run<_kzString<10>, unsigned short>(in);
+        break;
+    default:
+        run<_kzString_old<10>, unsigned short>(in);
+        break;
+    }
+    return 0;
+}

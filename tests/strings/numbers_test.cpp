@@ -1,0 +1,149 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "strings/kz_string.h"
+#include "strings/kz_string8.h"
+#include "strings/number_text.h"
+
+namespace {
+
+using S8 = _kzString8_allSize<50>;
+
+template <typename S>
+std::string text(const S& s) {
+    std::string out;
+    for (int i = 0; i < s.length; ++i) out += static_cast<char>(s.data[i]);
+    return out;
+}
+
+TEST(Numbers, ZeroPaddingOnEachTemplate) {
+    // The 8-bit template pads one zero at a time; the 16-bit one joins zeros and digits in
+    // 20 places first, so a wide field loses the digits.
+    S8 narrow;
+    narrow.addNr(5LL, static_cast<unsigned char>(25));
+    EXPECT_EQ(text(narrow), std::string(24, '0') + "5");
+    _kzString<50> wide;
+    wide.addNr(5LL, static_cast<unsigned char>(25));
+    EXPECT_EQ(text(wide), std::string(20, '0'));
+    wide.clear();
+    wide.addNr(-42LL, static_cast<unsigned char>(6));
+    EXPECT_EQ(text(wide), "000-42");
+    _kzString_old<50> older;
+    older.addNr(7LL, static_cast<unsigned char>(3));
+    EXPECT_EQ(text(older), "007");
+}
+
+TEST(Numbers, UnsignedFormsAndSpacing) {
+    _kzString<50> w;
+    w.addNr(static_cast<unsigned char>(200));
+    w += ' ';
+    w.addNr(4000000000u);
+    w += ' ';
+    w.addNr(18446744073709551615ull);
+    EXPECT_EQ(text(w), "200 4000000000 18446744073709551615");
+
+    S8 s;
+    s.addNrSpacing(42, static_cast<signed char>(-6));
+    EXPECT_EQ(text(s), "    42");
+    s.clear();
+    s.addNrSpacing(42, static_cast<signed char>(6));
+    EXPECT_EQ(text(s), "42    ");
+    EXPECT_EQ(text(_kzString8_allSize<6>::fromNr(-1234567)), "-12345");
+    EXPECT_EQ(text(_kzString<10>::fromNr(99)), "99");
+}
+
+TEST(Numbers, ParsingWithAndWithoutTheValidityFlag) {
+    struct Case {
+        const char* text;
+        bool valid;
+        int value;
+    };
+    for (const Case& c : {Case{"12", true, 12}, Case{"-12", true, -12}, Case{"1-2", false, 0},
+                          Case{"+12", false, 0}, Case{"12a", false, 0}, Case{"", true, 0}, Case{"-", true, 0},
+                          Case{" 1", false, 0}, Case{"1.5", false, 0}, Case{"\xB2", false, 0}}) {
+        bool ok = !c.valid;
+        EXPECT_EQ(S8(c.text).toInt(&ok), c.value) << c.text;
+        EXPECT_EQ(ok, c.valid) << c.text;
+        ok = !c.valid;
+        EXPECT_EQ(_kzString<50>(c.text).toInt(&ok), c.value) << c.text;
+        EXPECT_EQ(ok, c.valid) << c.text;
+    }
+    EXPECT_EQ(S8("12a").toInt(nullptr), 12);
+    EXPECT_EQ(S8(" 7").toInt(nullptr), 7);
+    bool ok = false;
+    EXPECT_EQ(S8("-9000000000").toInt64(&ok), -9000000000LL);
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(S8("18446744073709551615").toUInt64(&ok), 18446744073709551615ull);
+    EXPECT_EQ(S8("-1").toUInt64(&ok), 18446744073709551615ull); // the parser wraps it
+    EXPECT_TRUE(ok);
+    _kzString<10> high;
+    high += static_cast<unsigned short>(0x131); // narrows to '1', but is no digit
+    EXPECT_EQ(high.toInt(&ok), 0);
+    EXPECT_FALSE(ok);
+}
+
+TEST(Numbers, HexadecimalText) {
+    S8 s;
+    s.addHexCode(static_cast<short>(-1));
+    s += ' ';
+    s.addHexCode(static_cast<unsigned short>(0xFFFF));
+    s += ' ';
+    s.addHexCode(static_cast<signed char>(-1));
+    s += ' ';
+    s.addHexCode(static_cast<unsigned char>(10));
+    s += ' ';
+    s.addHexCode(-2);
+    s += ' ';
+    s.addHexCode(0xABCDEF12u);
+    EXPECT_EQ(text(s), "FFFFFFFF FFFF FF 0A FFFFFFFE ABCDEF12");
+    s.clear();
+    s.addHexCode(-1LL);
+    s += ' ';
+    s.addHexCode(0x1234ull);
+    EXPECT_EQ(text(s), "FFFFFFFFFFFFFFFF 0000000000001234");
+    _kzString8_allSize<6> small("ab");
+    small.addHexCode(0x12345678);
+    EXPECT_EQ(text(small), "ab1234"); // only the first N digits, then up to the capacity
+
+    EXPECT_EQ(text(S8("\xE4"
+                      "A")
+                       .asHexString()),
+              "E441");
+    EXPECT_EQ(S8().asHexString().length, 0);
+    EXPECT_EQ(text(_kzString8_allSize<6>("abcdef").asHexString()), "616263");
+}
+
+TEST(Numbers, HexFieldsAreReadNarrowedAndCut) {
+    bool ok = false;
+    S8 s("FFFE12");
+    EXPECT_EQ(s.toIntFromHex(16, true, true, &ok), -2);
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(text(s), "12");
+    s = "0000FF";
+    EXPECT_EQ(s.toIntFromHex(24, true, false, &ok), 0);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(s.toIntFromHex(24, false, false, &ok), 255);
+    EXPECT_TRUE(ok);
+    s = "80";
+    EXPECT_EQ(s.toIntFromHex(8, true, true, &ok), -128);
+    EXPECT_TRUE(s.isEmpty());
+    s = "FFFFFFFF";
+    EXPECT_EQ(s.toIntFromHex(32, true, false, &ok), -1);
+    s = "zz";
+    EXPECT_EQ(s.toIntFromHex(8, true, false, &ok), 0);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(s.toIntFromHex(8, false, false, &ok), 0);
+    EXPECT_TRUE(ok); // without narrowing the text is not judged
+}
+
+TEST(Numbers, FreeHelpers) {
+    EXPECT_EQ(text(kzIntToText(-2147483647 - 1)), "-2147483648");
+    EXPECT_EQ(text(kzFloatToText(2, '.', 3.5f)), "3.50");
+    EXPECT_EQ(text(kzFloatToText(2, '.', 1.999f)), "1.100");
+    EXPECT_EQ(text(kzFloatToText(2, '.', -1.5f)), "-1.-50");
+    EXPECT_EQ(text(kzFloatToText(0, '.', 5.7f)), "5.1");
+    EXPECT_EQ(text(kzFloatToText(3, ',', 0.05f)), "0,050");
+}
+
+} // namespace

@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include "strings/kz_string.h"
+#include "strings/kz_string8.h"
+
+namespace {
+
+using S8 = _kzString8_allSize<50>;
+using S16 = _kzString<50>;
+
+TEST(Search, CharacterSearchesRestartButPatternSearchesDoNot) {
+    const S8 s("abcabc");
+    EXPECT_EQ(s.indexOf('a', 6), 0); // at or behind the end: from the beginning
+    EXPECT_EQ(s.indexOf('a', -4), 0);
+    EXPECT_EQ(s.indexOf('A', 1), 3);
+    EXPECT_EQ(s.indexOfCaseSen('A', 1), -1);
+    EXPECT_EQ(s.indexOf(S8("a"), 6), -1);
+    EXPECT_EQ(s.indexOf(S8("a"), 4), -1);
+    EXPECT_EQ(s.indexOf(S8("BC"), 2), 4);
+    EXPECT_EQ(S8().indexOf('a', 0), -1);
+    // The 8-bit form with a 16-bit character compares its low byte exactly.
+    EXPECT_EQ(s.indexOf(static_cast<unsigned short>(0x163), 0), 2);
+    EXPECT_EQ(s.indexOf(static_cast<unsigned short>('C'), 0), -1);
+
+    const S16 w("abcabc");
+    EXPECT_EQ(w.indexOf(static_cast<unsigned short>('C'), 0), 2); // the 16-bit form ignores case
+    EXPECT_EQ(w.indexOf("CA"), 2);
+}
+
+TEST(Search, LastIndexOfIsExactAndStartsAtTheEndWhenOutside) {
+    const S8 s("a/b/c");
+    EXPECT_EQ(s.lastIndexOf('/', -1), 3);
+    EXPECT_EQ(s.lastIndexOf('/', 99), 3);
+    EXPECT_EQ(s.lastIndexOf('/', 2), 1);
+    EXPECT_EQ(s.lastIndexOf('A', -1), -1);
+    EXPECT_EQ(S8().lastIndexOf('/', -1), -1);
+    EXPECT_EQ(s.lastIndexOf(static_cast<unsigned short>(0x12F), -1), 3); // low byte '/'
+    EXPECT_EQ(S16("a/b/c").lastIndexOf(static_cast<unsigned short>('/'), 2), 1);
+}
+
+TEST(Search, PatternSearchFindsTheFirstOccurrence) {
+    // Windows with equal sums but other characters must not be taken: "ad" and "bc" both
+    // sum to 197.
+    const S8 s("xbcadbcad");
+    EXPECT_EQ(s.indexOfCaseSen(S8("ad"), 0), 3);
+    EXPECT_EQ(s.indexOfCaseSen(S8("ad"), 4), 7);
+    EXPECT_EQ(s.indexOf(S8("AD"), 0), 3);
+    EXPECT_EQ(s.indexOf(S8(""), 0), -1);
+    EXPECT_EQ(s.indexOf(S8("xbcadbcad"), 0), 0);
+    EXPECT_EQ(s.indexOf(S8("XBCADBCAD"), 0), 0);
+    EXPECT_EQ(s.indexOfCaseSen(S8("XBCADBCAD"), 0), -1);
+    EXPECT_EQ(s.indexOf(S8("xbcadbcadx"), 0), -1);
+    EXPECT_EQ(s.indexOf(S8("d"), 8), 8); // the last window
+    // Bytes above 0x7F are summed as signed values and still found.
+    EXPECT_EQ(S8("a\xE4\xF6z").indexOfCaseSen(S8("\xF6z"), 0), 2);
+    EXPECT_EQ(S16("\xE4\xF6z").indexOf("\xF6Z"), 1);
+}
+
+TEST(Search, IndexOfFirstOccGivesTheLastListedPatternFound) {
+    const S8 s("xxaxb");
+    int which = 7;
+    EXPECT_EQ(s.indexOfFirstOcc(S8("b"), S8("a"), &which), 2);
+    EXPECT_EQ(which, 1);
+    EXPECT_EQ(s.indexOfFirstOcc(S8("a"), S8("b"), &which), 4);
+    EXPECT_EQ(which, 1);
+    EXPECT_EQ(s.indexOfFirstOcc(S8("x"), S8("b"), &which), 0);
+    EXPECT_EQ(which, 0);
+    EXPECT_EQ(s.indexOfFirstOcc(S8("q"), S8("r"), &which), -1);
+    EXPECT_EQ(which, -1);
+    EXPECT_EQ(s.indexOfFirstOcc(S8("q"), S8("a"), S8("q"), S8("B"), S8("q"), S8("q"), nullptr), 4);
+}
+
+TEST(Search, CountContainsAndTheirCaseRules) {
+    const S8 s("Banana\xE4");
+    EXPECT_EQ(s.count('a'), 3);
+    EXPECT_EQ(s.count('B'), 1);
+    EXPECT_EQ(s.countCaseSen('b'), 0);
+    EXPECT_EQ(s.count('\xE4'), 1);
+    EXPECT_EQ(S16("Banana\xE4").count('\xE4'), 0); // a byte above 0x7F meets no 16-bit character
+    EXPECT_TRUE(s.contains('N'));
+    EXPECT_FALSE(S8().contains('a'));
+    EXPECT_TRUE(s.contains("NAN"));
+    EXPECT_FALSE(s.contains(""));
+    EXPECT_FALSE(s.containsCaseSen("NAN"));
+    EXPECT_TRUE(s.containsCaseSen("nanX", 3));
+    EXPECT_FALSE(s.containsCaseSen(nullptr, 3));
+    EXPECT_TRUE(s.containsUpperCaseInput("BANANA"));
+    EXPECT_FALSE(s.containsUpperCaseInput("banana")); // the argument is taken as it stands
+}
+
+TEST(Search, PrefixesAndSuffixes) {
+    const S8 file("FILE.TXT");
+    EXPECT_TRUE(file.endsWith("txt"));
+    EXPECT_TRUE(file.endsWith(S8(".Txt")));
+    EXPECT_FALSE(file.endsWith('t')); // one character compares exactly
+    EXPECT_TRUE(file.endsWith('T'));
+    EXPECT_TRUE(file.startsWith("file.txt"));
+    EXPECT_FALSE(file.startsWith("file.txtx"));
+    EXPECT_FALSE(file.startsWith(""));
+    EXPECT_FALSE(file.endsWith(""));
+    EXPECT_FALSE(file.startsWith(static_cast<const char*>(nullptr)));
+    EXPECT_FALSE(S8().startsWith("a"));
+    EXPECT_TRUE(file.startsWithCaseSen("FILE"));
+    EXPECT_FALSE(file.startsWithCaseSen("file"));
+    EXPECT_TRUE(file.startsWithCaseSen(S8("FI")));
+    EXPECT_TRUE(file.startsWith("fiXXX", 2));
+    EXPECT_FALSE(file.startsWith("fi", 0));
+    EXPECT_FALSE(file.startsWith("file.txt.", 9)); // count beyond the string
+    // endsWith with a count: the count only gates, the pattern is the whole text.
+    EXPECT_TRUE(file.endsWith(".txt", 1));
+    EXPECT_FALSE(file.endsWith(".txt", 9));
+    EXPECT_FALSE(file.endsWith("A.FILE.TXT", 3));
+    EXPECT_TRUE(file.startsWith('F'));
+    EXPECT_FALSE(file.startsWith('f'));
+    // A text longer than the capacity never matches, even where its cut form would.
+    const _kzString8_allSize<6> full("abcdef");
+    EXPECT_FALSE(full.startsWith("abcdefg"));
+    EXPECT_FALSE(full.endsWith("abcdefg"));
+}
+
+TEST(Search, EqualityForms) {
+    const S8 s("Abc");
+    EXPECT_TRUE(s.isEqual(S8("aBC")));
+    EXPECT_TRUE(s.isEqual("ABCdef", 3));
+    EXPECT_FALSE(s.isEqual("ABC", 2));
+    EXPECT_TRUE(s.isEqualSameCase(S8("Abc")));
+    EXPECT_FALSE(s.isEqualSameCase(S8("abc")));
+    EXPECT_TRUE(s.isEqualSameCase("Abcx", 3));
+    EXPECT_FALSE(s.isEqualSameCase("abc", 3));
+    EXPECT_TRUE(s.isEqualUpperCaseInput(S8("ABC")));
+    EXPECT_FALSE(s.isEqualUpperCaseInput(S8("Abc")));
+    EXPECT_TRUE(s.isEqualLowerCaseInput(S8("abc")));
+
+    // On 16-bit strings a byte above 0x7F is a sign-extended number that no stored
+    // character equals, however the string was filled.
+    S16 zeroExtended;
+    zeroExtended = "\xE4";
+    EXPECT_FALSE(S16("\xE4").isEqual("\xE4", 1));
+    EXPECT_FALSE(zeroExtended.isEqual("\xE4", 1));
+    const unsigned short wide[] = {'a', 'B', 0};
+    EXPECT_TRUE(S16("Ab").isEqual(wide, 2));
+    EXPECT_FALSE(S16("Ab").isEqualSameCase(wide, 2));
+    EXPECT_TRUE(S16("aB").isEqualSameCase(wide, 2));
+}
+
+TEST(Search, OrderingAndOperators) {
+    EXPECT_EQ(S8("abc").compare(S8("ABCD")), -1);
+    EXPECT_EQ(S8("abcd").compare(S8("ABC")), 1);
+    EXPECT_EQ(S8("abc").compare(S8("ABC")), 0);
+    EXPECT_LT(S8("abc").compare(S8("ABD")), 0);
+    EXPECT_EQ(S8("abc").compareSameCase(S8("abcd")), 0);
+    EXPECT_NE(S8("abc").compareSameCase(S8("ABC")), 0);
+    EXPECT_TRUE(S8("abc") < S8("abcd"));
+    EXPECT_FALSE(S8("abc") > S8("abcd"));
+    EXPECT_TRUE(S8("abd") > S8("abcd"));
+    // Bytes order as unsigned, 16-bit characters by their low byte first.
+    EXPECT_TRUE(S8("a") < S8("\xE4"));
+    S16 low, high;
+    low += static_cast<unsigned short>(0x0201);
+    high += static_cast<unsigned short>(0x0102);
+    EXPECT_TRUE(low < high);
+    EXPECT_GT(high.compare(low), 0);
+
+    EXPECT_TRUE(S8("abc") == S8("abc"));
+    EXPECT_TRUE(S8("abc") != S8("abC"));
+    EXPECT_TRUE(S8("abc") == "abc");
+    EXPECT_FALSE(S8("abc") == "abcd");
+    const char* none = nullptr;
+    EXPECT_FALSE(S8("") == none);
+    EXPECT_TRUE(S8("") != none);   // the 8-bit form: a null pointer is unequal
+    EXPECT_FALSE(S16("") == none); // the 16-bit form: neither equal nor unequal
+    EXPECT_FALSE(S16("") != none);
+    S16 zeroExtended;
+    zeroExtended = "\xE4";
+    EXPECT_TRUE(zeroExtended == "\xE4");
+    EXPECT_FALSE(S16("\xE4") == "\xE4");
+    const unsigned short wide[] = {'a', 0};
+    EXPECT_TRUE(S16("a") == wide);
+    EXPECT_FALSE(S16("ab") == wide);
+}
+
+} // namespace
