@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+// Aligned to 4 bytes, so that a time can stand at any 4-byte offset of a packed table record.
+#pragma pack(push, 4)
 struct _kzTime {
     int64_t value;
 
@@ -14,3 +16,4 @@ struct _kzTime {
     void setNowPlus(int64_t seconds);
     _kzTime& setNow();
 };
+#pragma pack(pop)

@@ -7,6 +7,8 @@
 
 #include "strings/kz_string8.h"
 
+// Aligned to 4 bytes, so that a time can stand at any 4-byte offset of a packed table record.
+#pragma pack(push, 4)
 struct _kzTimeMS {
     int64_t value;
 
@@ -29,3 +31,4 @@ struct _kzTimeMS {
     static int32_t span(int64_t from, int64_t to);
     static _kzString8_allSize<50> spanText(int32_t ms);
 };
+#pragma pack(pop)

@@ -52,7 +52,7 @@ TEST(ProcessTable, FindsARealProcessWithItsPidParentAndUid) {
     EXPECT_EQ(slot->uid, static_cast<uint32_t>(geteuid()));
     EXPECT_TRUE(slot->owner.isEmpty());
     EXPECT_EQ(slot->memoryMB, 0);
-    EXPECT_EQ(slot->cpuSeconds, 0.0);
+    EXPECT_EQ(+slot->cpuSeconds, 0.0);
 
     // A partial name does not match, and the process is gone from the next snapshot.
     EXPECT_FALSE(find(*table, "kzServer", false));
@@ -132,9 +132,9 @@ TEST(ProcessTable, ConstructionAndTheTimingLog) {
     auto table = newTable();
     EXPECT_EQ(table->magic, 0xABCD);
     EXPECT_EQ(table->measureStarted, 1);
-    EXPECT_EQ(table->measureInterval, 0.0);
-    EXPECT_GT(table->measureTime, 1.7e9);
-    EXPECT_EQ(table->snapshotTime.value, 0);
+    EXPECT_EQ(+table->measureInterval, 0.0);
+    EXPECT_GT(+table->measureTime, 1.7e9);
+    EXPECT_EQ(+table->snapshotTime.value, 0);
     EXPECT_TRUE(std::regex_match(table->logText.asChar(), std::regex("; init: \\.\\d\\ds\\.ms")));
 
     EXPECT_FALSE(find(*table, "no such process name", true));
@@ -144,9 +144,9 @@ TEST(ProcessTable, ConstructionAndTheTimingLog) {
     std::cmatch m;
     ASSERT_TRUE(std::regex_match(table->logText.asChar(), m, line)) << table->logText.asChar();
     EXPECT_EQ(std::stoi(m[1]), table->count);
-    EXPECT_GE(table->snapshotTimeMS.value, before);
-    EXPECT_LE(table->snapshotTimeMS.value, _kzTimeMS::now());
-    EXPECT_GE(table->snapshotTime.value, before / 1000);
+    EXPECT_GE(+table->snapshotTimeMS.value, before);
+    EXPECT_LE(+table->snapshotTimeMS.value, _kzTimeMS::now());
+    EXPECT_GE(+table->snapshotTime.value, before / 1000);
     // This process itself is in the table.
     EXPECT_NE(slotOf(*table, getpid()), nullptr);
 }
@@ -157,10 +157,13 @@ void snapshotWithoutFileDescriptors() {
     auto table = newTable();
     const int lowestFree = dup(0);
     close(lowestFree);
-    const rlimit limit{static_cast<rlim_t>(lowestFree), static_cast<rlim_t>(lowestFree)};
+    rlimit saved;
+    getrlimit(RLIMIT_NOFILE, &saved);
+    const rlimit limit{static_cast<rlim_t>(lowestFree), saved.rlim_max};
     setrlimit(RLIMIT_NOFILE, &limit);
     uint64_t pid = 77;
     const bool found = find(*table, "init", true, &pid);
+    setrlimit(RLIMIT_NOFILE, &saved);
     const bool ok =
         !found && pid == 0 && table->count == 0 &&
         std::string(table->errorText.asChar()) == " sysctl:Too many open files" &&
@@ -181,7 +184,7 @@ TEST(ProcessTable, ResetCopyAndOwnerNames) {
     EXPECT_EQ(table->count, 0);
     EXPECT_EQ(table->collected, 0);
     EXPECT_EQ(table->measureStarted, 1);
-    EXPECT_EQ(table->measureInterval, 0.0);
+    EXPECT_EQ(+table->measureInterval, 0.0);
     EXPECT_TRUE(table->errorText.isEmpty());
 
     auto source = newTable();
@@ -191,7 +194,7 @@ TEST(ProcessTable, ResetCopyAndOwnerNames) {
     table->copyFrom(*source);
     EXPECT_EQ(table->count, source->count);
     EXPECT_EQ(table->entries[0].pid, source->entries[0].pid);
-    EXPECT_EQ(table->snapshotTimeMS.value, source->snapshotTimeMS.value);
+    EXPECT_EQ(+table->snapshotTimeMS.value, +source->snapshotTimeMS.value);
     EXPECT_EQ(table->collected, 0); // not taken over
     EXPECT_EQ(table->stepTimer.value, timer);
 
