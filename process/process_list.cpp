@@ -11,15 +11,10 @@ _kzProcessList::_kzProcessList(const bool& collectLoad_) {
     std::memset(static_cast<void*>(this), 0, sizeof(*this));
     clearAll(collectLoad_);
     stepTimer.setNow();
-    errorText.clear();
-    count = 0;
-    measureStarted = 0;
-    collected = 0;
     // The first measurement starts with the construction; its interval would be the whole
     // epoch, so it is set back to 0. Its "; init: " entry stays in logText until the first
     // snapshot empties it.
-    beginMeasure();
-    measureInterval = 0;
+    resetForReuse();
 }
 
 void _kzProcessList::clearTextsAndSlots() {

@@ -137,9 +137,9 @@ struct __attribute__((packed)) _kzString8_allSize {
     T& addHexCode(const short& v) { return addHexTail(v, kzstr::HexWidth::Short, 0); }
     T& addHexCode(const unsigned short& v) { return addHexTail(v, kzstr::HexWidth::Short, 0); }
     T& addHexCode(const int& v) { return addHexTail(v, kzstr::HexWidth::Int, 0); }
-    T& addHexCode(const unsigned int& v) { return addHexUnsigned(v, kzstr::HexWidth::Int); }
+    T& addHexCode(const unsigned int& v) { return addHexTail(v, kzstr::HexWidth::Int, 0); }
     T& addHexCode(const long long& v) { return addHexTail(v, kzstr::HexWidth::LongLong, 0); }
-    T& addHexCode(const unsigned long long& v) { return addHexUnsigned(v, kzstr::HexWidth::LongLong); }
+    T& addHexCode(const unsigned long long& v) { return addHexTail(v, kzstr::HexWidth::LongLong, 0); }
 
     // Two upper-case digits per byte, cut at the capacity.
     T asHexString() const {
@@ -197,13 +197,9 @@ private:
         length = uint16_t(kzstr::append(data, length, N, text, kzstr::minInt(n, N)));
         return *this;
     }
-    T& addHexTail(long long v, kzstr::HexWidth width, int tail) {
+    T& addHexTail(unsigned long long v, kzstr::HexWidth width, int tail) {
         char text[24];
         return appendHex(text, kzstr::formatHex(text, v, width), tail);
-    }
-    T& addHexUnsigned(unsigned long long v, kzstr::HexWidth width) {
-        char text[24];
-        return appendHex(text, kzstr::formatHexUnsigned(text, v, width), 0);
     }
 
 public:

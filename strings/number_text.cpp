@@ -10,28 +10,16 @@ int formatInt(char* buf, long long v) { return std::snprintf(buf, 24, "%lld", v)
 
 int formatUnsigned(char* buf, unsigned long long v) { return std::snprintf(buf, 24, "%llu", v); }
 
-int formatHex(char* buf, long long v, HexWidth width) {
+int formatHex(char* buf, unsigned long long v, HexWidth width) {
+    // The narrow widths print the low 32 bits, which is how printf shows a negative int.
+    const unsigned low = static_cast<unsigned>(v);
     switch (width) {
     case HexWidth::Byte:
-        return std::snprintf(buf, 24, "%02X", static_cast<int>(v));
+        return std::snprintf(buf, 24, "%02X", low);
     case HexWidth::Short:
-        return std::snprintf(buf, 24, "%04X", static_cast<int>(v));
+        return std::snprintf(buf, 24, "%04X", low);
     case HexWidth::Int:
-        return std::snprintf(buf, 24, "%08X", static_cast<int>(v));
-    case HexWidth::LongLong:
-        return std::snprintf(buf, 24, "%016llX", v);
-    }
-    return 0;
-}
-
-int formatHexUnsigned(char* buf, unsigned long long v, HexWidth width) {
-    switch (width) {
-    case HexWidth::Byte:
-        return std::snprintf(buf, 24, "%02X", static_cast<unsigned>(v));
-    case HexWidth::Short:
-        return std::snprintf(buf, 24, "%04X", static_cast<unsigned>(v));
-    case HexWidth::Int:
-        return std::snprintf(buf, 24, "%08X", static_cast<unsigned>(v));
+        return std::snprintf(buf, 24, "%08X", low);
     case HexWidth::LongLong:
         return std::snprintf(buf, 24, "%016llX", v);
     }

@@ -12,10 +12,10 @@ namespace kzstr {
 int formatInt(char* buf, long long v);
 int formatUnsigned(char* buf, unsigned long long v);
 
-// Hexadecimal text with upper-case digits; buf needs at least 24 bytes.
+// Hexadecimal text with upper-case digits, zero-filled to the width; buf needs at least 24
+// bytes. A signed value comes in sign-extended: -1 as a byte or short prints "FFFFFFFF".
 enum class HexWidth { Byte, Short, Int, LongLong }; // "%02X", "%04X", "%08X", "%016llX"
-int formatHex(char* buf, long long v, HexWidth width);
-int formatHexUnsigned(char* buf, unsigned long long v, HexWidth width);
+int formatHex(char* buf, unsigned long long v, HexWidth width);
 
 // Hexadecimal text read with strtoll, and read with sscanf("%X") into 32 bits; the latter
 // is false when nothing could be read.

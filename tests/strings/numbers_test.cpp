@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/strings/text_of.h"
+
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
 #include "strings/number_text.h"
@@ -10,28 +12,21 @@ namespace {
 
 using S8 = _kzString8_allSize<50>;
 
-template <typename S>
-std::string text(const S& s) {
-    std::string out;
-    for (int i = 0; i < s.length; ++i) out += static_cast<char>(s.data[i]);
-    return out;
-}
-
 TEST(Numbers, ZeroPaddingOnEachTemplate) {
     // The 8-bit template pads one zero at a time; the 16-bit one joins zeros and digits in
     // 20 places first, so a wide field loses the digits.
     S8 narrow;
     narrow.addNr(5LL, static_cast<unsigned char>(25));
-    EXPECT_EQ(text(narrow), std::string(24, '0') + "5");
+    EXPECT_EQ(textOf(narrow), std::string(24, '0') + "5");
     _kzString<50> wide;
     wide.addNr(5LL, static_cast<unsigned char>(25));
-    EXPECT_EQ(text(wide), std::string(20, '0'));
+    EXPECT_EQ(textOf(wide), std::string(20, '0'));
     wide.clear();
     wide.addNr(-42LL, static_cast<unsigned char>(6));
-    EXPECT_EQ(text(wide), "000-42");
+    EXPECT_EQ(textOf(wide), "000-42");
     _kzString_old<50> older;
     older.addNr(7LL, static_cast<unsigned char>(3));
-    EXPECT_EQ(text(older), "007");
+    EXPECT_EQ(textOf(older), "007");
 }
 
 TEST(Numbers, UnsignedFormsAndSpacing) {
@@ -41,16 +36,16 @@ TEST(Numbers, UnsignedFormsAndSpacing) {
     w.addNr(4000000000u);
     w += ' ';
     w.addNr(18446744073709551615ull);
-    EXPECT_EQ(text(w), "200 4000000000 18446744073709551615");
+    EXPECT_EQ(textOf(w), "200 4000000000 18446744073709551615");
 
     S8 s;
     s.addNrSpacing(42, static_cast<signed char>(-6));
-    EXPECT_EQ(text(s), "    42");
+    EXPECT_EQ(textOf(s), "    42");
     s.clear();
     s.addNrSpacing(42, static_cast<signed char>(6));
-    EXPECT_EQ(text(s), "42    ");
-    EXPECT_EQ(text(_kzString8_allSize<6>::fromNr(-1234567)), "-12345");
-    EXPECT_EQ(text(_kzString<10>::fromNr(99)), "99");
+    EXPECT_EQ(textOf(s), "42    ");
+    EXPECT_EQ(textOf(_kzString8_allSize<6>::fromNr(-1234567)), "-12345");
+    EXPECT_EQ(textOf(_kzString<10>::fromNr(99)), "99");
 }
 
 TEST(Numbers, ParsingWithAndWithoutTheValidityFlag) {
@@ -96,22 +91,22 @@ TEST(Numbers, HexadecimalText) {
     s.addHexCode(-2);
     s += ' ';
     s.addHexCode(0xABCDEF12u);
-    EXPECT_EQ(text(s), "FFFFFFFF FFFF FF 0A FFFFFFFE ABCDEF12");
+    EXPECT_EQ(textOf(s), "FFFFFFFF FFFF FF 0A FFFFFFFE ABCDEF12");
     s.clear();
     s.addHexCode(-1LL);
     s += ' ';
     s.addHexCode(0x1234ull);
-    EXPECT_EQ(text(s), "FFFFFFFFFFFFFFFF 0000000000001234");
+    EXPECT_EQ(textOf(s), "FFFFFFFFFFFFFFFF 0000000000001234");
     _kzString8_allSize<6> small("ab");
     small.addHexCode(0x12345678);
-    EXPECT_EQ(text(small), "ab1234"); // only the first N digits, then up to the capacity
+    EXPECT_EQ(textOf(small), "ab1234"); // only the first N digits, then up to the capacity
 
-    EXPECT_EQ(text(S8("\xE4"
-                      "A")
-                       .asHexString()),
+    EXPECT_EQ(textOf(S8("\xE4"
+                        "A")
+                         .asHexString()),
               "E441");
     EXPECT_EQ(S8().asHexString().length, 0);
-    EXPECT_EQ(text(_kzString8_allSize<6>("abcdef").asHexString()), "616263");
+    EXPECT_EQ(textOf(_kzString8_allSize<6>("abcdef").asHexString()), "616263");
 }
 
 TEST(Numbers, HexFieldsAreReadNarrowedAndCut) {
@@ -119,7 +114,7 @@ TEST(Numbers, HexFieldsAreReadNarrowedAndCut) {
     S8 s("FFFE12");
     EXPECT_EQ(s.toIntFromHex(16, true, true, &ok), -2);
     EXPECT_TRUE(ok);
-    EXPECT_EQ(text(s), "12");
+    EXPECT_EQ(textOf(s), "12");
     s = "0000FF";
     EXPECT_EQ(s.toIntFromHex(24, true, false, &ok), 0);
     EXPECT_FALSE(ok);
@@ -138,12 +133,12 @@ TEST(Numbers, HexFieldsAreReadNarrowedAndCut) {
 }
 
 TEST(Numbers, FreeHelpers) {
-    EXPECT_EQ(text(kzIntToText(-2147483647 - 1)), "-2147483648");
-    EXPECT_EQ(text(kzFloatToText(2, '.', 3.5f)), "3.50");
-    EXPECT_EQ(text(kzFloatToText(2, '.', 1.999f)), "1.100");
-    EXPECT_EQ(text(kzFloatToText(2, '.', -1.5f)), "-1.-50");
-    EXPECT_EQ(text(kzFloatToText(0, '.', 5.7f)), "5.1");
-    EXPECT_EQ(text(kzFloatToText(3, ',', 0.05f)), "0,050");
+    EXPECT_EQ(textOf(kzIntToText(-2147483647 - 1)), "-2147483648");
+    EXPECT_EQ(textOf(kzFloatToText(2, '.', 3.5f)), "3.50");
+    EXPECT_EQ(textOf(kzFloatToText(2, '.', 1.999f)), "1.100");
+    EXPECT_EQ(textOf(kzFloatToText(2, '.', -1.5f)), "-1.-50");
+    EXPECT_EQ(textOf(kzFloatToText(0, '.', 5.7f)), "5.1");
+    EXPECT_EQ(textOf(kzFloatToText(3, ',', 0.05f)), "0,050");
 }
 
 } // namespace
