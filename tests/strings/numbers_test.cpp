@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/strings/text_of.h"
+#include "tests/support/text_of.h"
 
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
