@@ -6,3 +6,7 @@
 // Writes the system's text of error `code` into `buffer` (at most `size` bytes with the
 // terminator). False if the system does not know the number or the text does not fit.
 bool kzErrorText_OS(int code, char* buffer, int size);
+
+// Writes the full path of the running executable into `buffer` (NUL-terminated, at most
+// `size` bytes with the terminator). False if the system can't tell or it doesn't fit.
+bool kzExecutablePath_OS(char* buffer, int size);
