@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Shows kzStartLocal at work on a throw-away setup: a local folder with server logs and a
-# job database, an empty network folder, and a stand-in kzServerconsole process that runs
-# for a few seconds. Everything it makes is removed at the end.
+# job database, a network folder with its log folder, and a stand-in kzServerconsole
+# process that runs long enough for two mirror passes. Between the passes the "server"
+# writes to one of its logs. Everything it makes is removed at the end, and no process is
+# left behind.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
@@ -12,9 +14,10 @@ cmake --build --preset default --target kzStartLocal >/dev/null
 tool="$top/build/default/tool/kzStartLocal"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/kzStartLocal-demo.XXXXXX")
-server_pid=""
+pids=()
 cleanup() {
-  [ -n "$server_pid" ] && kill "$server_pid" 2>/dev/null || true
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
   rm -rf "$work"
 }
 trap cleanup EXIT
@@ -22,21 +25,32 @@ trap cleanup EXIT
 local_folder="$work/local"
 network_root="$work/network"
 mkdir -p "$local_folder" "$network_root/sub/log"
-echo "render node 12 started"   > "$local_folder/server.txt"
-echo "job 4711 queued"          > "$local_folder/queue__local.txt"
-echo "not a log"                > "$local_folder/notes.md"
-head -c 20000 /dev/urandom      > "$local_folder/jobs.db"
+echo "render node 12 started"          > "$local_folder/server.txt"
+echo "job 4711 queued"                 > "$local_folder/queue__local.txt"
+echo "not a log, not mirrored"         > "$local_folder/notes.md"
+head -c 20000 /dev/urandom             > "$local_folder/jobs.db"
 
-# The stand-in server: a copy of `sleep` under the server's process name.
-server_seconds=${KZ_DEMO_SERVER_SECONDS:-4}
+list() {
+  ( cd "$network_root" && find . -type f -printf '  %-52p %6s bytes  %TY-%Tm-%Td %TH:%TM:%.2TS\n' | sort )
+}
+
+# The stand-in server: a copy of `sleep` under the server's process name. The tool looks
+# for it once a second and mirrors every seventh second: at about 7 s and 14 s.
+server_seconds=16
 cp "$(command -v sleep)" "$work/kzServerconsole"
 "$work/kzServerconsole" "$server_seconds" &
-server_pid=$!
+pids+=($!)
+echo "== stand-in kzServerconsole runs for ${server_seconds}s; kzStartLocal watches it:"
+"$tool" "$local_folder/" "$network_root/" -log -jobdb &
+tool_pid=$!
+pids+=($tool_pid)
 
-echo "== stand-in kzServerconsole (pid $server_pid) runs for ${server_seconds}s; kzStartLocal watches it:"
-"$tool" "$local_folder/" "$network_root/" -log -jobdb
-server_pid=""
+sleep 9
+echo "== network folder after the first pass:"
+list
+echo "== the server writes another line to server.txt"
+echo "render node 12 finished job 4711" >> "$local_folder/server.txt"
 
-echo "== files in the network folder now:"
-( cd "$network_root" && find . -type f -printf '%-55p %8s bytes  %TY-%Tm-%Td %TH:%TM:%.2TS\n' | sort )
-echo "== (end of list)"
+wait "$tool_pid"
+echo "== network folder after the second pass (server.txt arrived again, now longer):"
+list

@@ -1,12 +1,14 @@
 #include "tool/start_local.h"
 
+#include <cstdint>
 #include <cstdio>
 
+#include "files/dir_scan.h"
 #include "platform/sleep.h"
 #include "process/process_list.h"
 #include "strings/kz_string8.h"
-#include "tool/mirror_passes.h"
-#include "tool/run_state.h"
+#include "tool/job_db_pass.h"
+#include "tool/log_pass.h"
 
 namespace {
 
@@ -32,19 +34,20 @@ void normaliseFolder(_kzString<500>& folder) {
 
 // The options may stand anywhere on the command line, the program's own name included,
 // in any case and any number of times.
-void readOptions(int argc, char** argv, kzStartLocalRun& run) {
+void readOptions(int argc, char** argv, uint8_t& copyLogs, uint8_t& copyJobsDB) {
     for (int i = 0; i < argc; ++i) {
         const _kzString8_allSize<500> argument(argv[i]);
-        if (argument.isEqual("-log")) run.copyLogs = 1;
-        if (argument.isEqual("-jobdb")) run.copyJobsDB = 1;
+        if (argument.isEqual("-log")) copyLogs = 1;
+        if (argument.isEqual("-jobdb")) copyJobsDB = 1;
     }
 }
 
-void printSettings(const kzStartLocalRun& run) {
-    std::printf("Local Folder: %s\n", run.localFolder.to_kzString8_500().asChar());
-    std::printf("KZ ROOT: %s\n", run.networkRoot.to_kzString8_500().asChar());
-    std::printf("copyLogs: %s\n", boolText(run.copyLogs, true).to_kzString8_500().asChar());
-    std::printf("copyJobsDB: %s\n", boolText(run.copyJobsDB, true).to_kzString8_500().asChar());
+void printSettings(const _kzString<500>& localFolder, const _kzString<500>& networkRoot, bool copyLogs,
+                   bool copyJobsDB) {
+    std::printf("Local Folder: %s\n", localFolder.to_kzString8_500().asChar());
+    std::printf("KZ ROOT: %s\n", networkRoot.to_kzString8_500().asChar());
+    std::printf("copyLogs: %s\n", boolText(copyLogs, true).to_kzString8_500().asChar());
+    std::printf("copyJobsDB: %s\n", boolText(copyJobsDB, true).to_kzString8_500().asChar());
     // An administrator tails the tool's log: the settings must be there now, not at the end.
     std::fflush(stdout);
 }
@@ -69,15 +72,20 @@ int kzStartLocalMain(int argc, char** argv) {
         return -1;
     }
 
-    kzStartLocalRun run;
-    run.localFolder = _kzString<500>(argv[1]);
-    run.networkRoot = _kzString<500>(argv[2]);
-    readOptions(argc, argv, run);
-    normaliseFolder(run.localFolder);
-    normaliseFolder(run.networkRoot);
-    printSettings(run);
+    // The run state lives here for the whole run; nothing of it is kept between runs.
+    _kzString<500> localFolder(argv[1]);
+    _kzString<500> networkRoot(argv[2]);
+    uint8_t copyLogs = 0;
+    uint8_t copyJobsDB = 0;
+    readOptions(argc, argv, copyLogs, copyJobsDB);
+    normaliseFolder(localFolder);
+    normaliseFolder(networkRoot);
+    printSettings(localFolder, networkRoot, copyLogs, copyJobsDB);
 
     _kzProcessList processes(false);
+    _kzDirScan logScan;
+    logScan.addEndFilter(_kzString<500>(".txt"));
+    _kzDirScan jobScan;
     int passCounter = 0;
     for (;;) {
         if (!serverIsRunning(processes)) {
@@ -91,8 +99,8 @@ int kzStartLocalMain(int argc, char** argv) {
             ++passCounter;
             continue;
         }
-        if (run.copyLogs) logPass(run);
-        if (run.copyJobsDB) jobDbPass(run);
+        if (copyLogs) logPass(localFolder, networkRoot, logScan);
+        if (copyJobsDB) jobDbPass(localFolder, networkRoot, jobScan);
         passCounter = 0;
     }
 }

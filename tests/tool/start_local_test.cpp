@@ -7,16 +7,9 @@
 
 #include "tests/support/child_process.h"
 #include "tests/support/temp_dir.h"
+#include "tests/tool/tool_output.h"
 
 namespace {
-
-const std::string kBanner = "________________________________________________________________\n"
-                            "|                                                              |\n"
-                            "|            Syncing local files to KZ network folder          |\n"
-                            "|            (v 8.4.02)                                       |\n"
-                            "|______________________________________________________________|\n";
-const std::string kUsage = "Usage: kzStartLocal [localfolder] [KZ_NETWORK_ROOT]  [-log]  [-jobdb] \n";
-const std::string kQuit = "\nQUIT\n\n";
 
 struct Finished {
     std::string output;
@@ -33,11 +26,6 @@ Finished runTool(const std::vector<std::string>& argv) {
     EXPECT_TRUE(tool.waitExit(10000, &result.exitCode));
     result.ms = monotonicMs() - start;
     return result;
-}
-
-std::string settings(const std::string& local, const std::string& root, bool logs, bool jobs) {
-    return "Local Folder: " + local + "\nKZ ROOT: " + root + "\ncopyLogs: " + (logs ? "true" : "false") +
-           "\ncopyJobsDB: " + (jobs ? "true" : "false") + "\n";
 }
 
 TEST(StartLocal, TooFewArgumentsGiveTheUsageLineAndExit255) {

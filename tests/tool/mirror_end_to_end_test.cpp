@@ -1,0 +1,109 @@
+// The whole tool at work: several runs side by side under one stand-in kzServerconsole,
+// each with folders of its own, over two mirror passes.
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/child_process.h"
+#include "tests/tool/mirror_fixture.h"
+#include "tests/tool/tool_output.h"
+
+namespace {
+
+bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
+    const long long deadline = monotonicMs() + timeoutMs;
+    while (!condition()) {
+        if (monotonicMs() > deadline) return false;
+        usleep(50000);
+    }
+    return true;
+}
+
+struct ToolRun {
+    MirrorFolders folders;
+    std::vector<std::string> options;
+    ChildProcess tool;
+
+    void start() {
+        std::vector<std::string> argv = {"kzStartLocal", folders.local, folders.root};
+        argv.insert(argv.end(), options.begin(), options.end());
+        tool = ChildProcess::start(KZ_TOOL_PATH, argv, true);
+    }
+    std::string expectedOutput() const {
+        bool logs = false, jobs = false;
+        for (const std::string& o : options) {
+            logs = logs || strcasecmp(o.c_str(), "-log") == 0;
+            jobs = jobs || strcasecmp(o.c_str(), "-jobdb") == 0;
+        }
+        return kBanner + settings(folders.local, folders.root, logs, jobs) + kQuit;
+    }
+};
+
+TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
+    TempDir serverDir;
+    const std::string serverPath = installStandIn(serverDir.path(), "kzServerconsole");
+    ChildProcess server = ChildProcess::start(serverPath, {serverPath});
+
+    ToolRun full, noLogFolder, neither, jobsOnly;
+    full.options = {"-log", "-jobdb"};
+    writeFile(full.folders.local + "server.txt", "first line\n");
+    writeFile(full.folders.local + "queue__local.txt", "queued\n");
+    writeFile(full.folders.local + "jobs.db", std::string(30000, 'j'));
+    writeFile(full.folders.local + "jobs.db.txt", "both");
+    writeFile(full.folders.local + "notes.md", "stays");
+    setModified(full.folders.local + "server.txt", 1600000000);
+
+    noLogFolder.options = {"-log"};
+    ::rmdir(noLogFolder.folders.logs.c_str());
+    writeFile(noLogFolder.folders.local + "server.txt", "x");
+
+    neither.options = {"x"};
+    writeFile(neither.folders.local + "server.txt", "x");
+    writeFile(neither.folders.local + "jobs.db", "x");
+
+    jobsOnly.options = {"-JOBDB"};
+    ::rmdir(jobsOnly.folders.logs.c_str());
+    ::rmdir((jobsOnly.folders.root + "sub").c_str());
+    writeFile(jobsOnly.folders.local + "jobs.db", "db");
+
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) run->start();
+
+    // The first pass, about seven seconds in.
+    const std::string& logs = full.folders.logs;
+    ASSERT_TRUE(waitFor([&] { return readFile(full.folders.jobs + "jobs.db.txt") == "both"; }, 15000));
+    EXPECT_EQ(readFile(logs + "server__copyFromLocal.txt"), "first line\n");
+    EXPECT_EQ(modifiedAt(logs + "server__copyFromLocal.txt"), 1600000000);
+    EXPECT_EQ(readFile(logs + "queue__copyFromLocal.txt"), "queued\n");
+    EXPECT_EQ(readFile(logs + "jobs.db__copyFromLocal.txt"), "both");
+    EXPECT_EQ(readFile(full.folders.jobs + "jobs.db"), std::string(30000, 'j'));
+    EXPECT_EQ(readFile(logs + "notes__copyFromLocal.md"), "<missing>");
+    ASSERT_TRUE(waitFor([&] { return readFile(jobsOnly.folders.jobs + "jobs.db") == "db"; }, 3000));
+
+    // Between the passes the server writes on; the second pass brings it over.
+    writeFile(full.folders.local + "server.txt", "first line\nsecond line\n");
+    EXPECT_TRUE(waitFor([&] { return readFile(logs + "server__copyFromLocal.txt").size() == 23; }, 10000));
+
+    // A missing log folder is not made, and the tool goes on silently; a third argument
+    // that is no option mirrors nothing.
+    EXPECT_FALSE(isFolderAt(noLogFolder.folders.logs));
+    EXPECT_FALSE(isFolderAt(neither.folders.root + "sub/cfg_global"));
+    EXPECT_EQ(readFile(neither.folders.logs + "server__copyFromLocal.txt"), "<missing>");
+    EXPECT_FALSE(isFolderAt(jobsOnly.folders.logs));
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) EXPECT_FALSE(run->tool.waitExit(0));
+
+    server.kill();
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) {
+        int exitCode = -1;
+        EXPECT_TRUE(run->tool.waitExit(3000, &exitCode));
+        EXPECT_EQ(exitCode, 0);
+        EXPECT_EQ(run->tool.readAll(1000), run->expectedOutput()); // nothing between start and end
+    }
+}
+
+} // namespace

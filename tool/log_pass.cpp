@@ -1,0 +1,23 @@
+#include "tool/log_pass.h"
+
+#include "tool/mirror_file.h"
+
+_kzString<500> logDestination(const _kzString<500>& networkRoot, const _kzString<500>& name) {
+    _kzString<500> destination(networkRoot);
+    destination += "sub/log/";
+    destination.add(name);
+    const _kzString<500> copyMark("__copyFromLocal.txt");
+    if (destination.endsWith("__local.txt"))
+        destination.replace(_kzString<500>("__local.txt"), copyMark);
+    else
+        destination.replace(_kzString<500>(".txt"), copyMark);
+    return destination;
+}
+
+void logPass(const _kzString<500>& localFolder, const _kzString<500>& networkRoot, _kzDirScan& logScan) {
+    // The whole folder is read before the first copy, so the pass walks a fixed list in
+    // the directory's own order, even while the server adds and removes files.
+    logScan.start(localFolder, false, true, false, false);
+    while (logScan.next())
+        mirrorFile(logScan.currentPath(), logDestination(networkRoot, logScan.currentName()));
+}
