@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "files/dir_scan.h"
+#include "tests/support/file_checks.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/text_of.h"
 
@@ -28,15 +29,6 @@ std::vector<std::string> walk(_kzDirScan& scan, const std::string& path, bool wi
 }
 
 using Names = std::vector<std::string>;
-
-int openDescriptors() {
-    int n = 0;
-    if (DIR* fds = opendir("/proc/self/fd")) {
-        while (readdir(fds)) ++n;
-        closedir(fds);
-    }
-    return n;
-}
 
 TEST(DirScan, FiltersIgnoreCaseAndFoldersComeOnlyWhenAsked) {
     TempDir dir;

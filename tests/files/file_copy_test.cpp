@@ -17,6 +17,7 @@
 
 #include "files/copy_stats.h"
 #include "files/file_copy.h"
+#include "tests/support/file_checks.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/text_of.h"
 
@@ -24,36 +25,10 @@ namespace {
 
 const int32_t kNoPause = 0;
 
-std::string readAll(const std::string& path) {
-    std::string text;
-    FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return "<missing>";
-    char buffer[65536];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) text.append(buffer, n);
-    std::fclose(f);
-    return text;
-}
-
 std::string pattern(size_t size) {
     std::string text(size, '\0');
     for (size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i % 23);
     return text;
-}
-
-struct stat statOf(const std::string& path) {
-    struct stat st {};
-    ::stat(path.c_str(), &st);
-    return st;
-}
-
-int openDescriptors() {
-    int n = 0;
-    if (DIR* fds = opendir("/proc/self/fd")) {
-        while (readdir(fds)) ++n;
-        closedir(fds);
-    }
-    return n;
 }
 
 long long millisecondsOf(const std::function<void()>& work) {
@@ -77,7 +52,7 @@ TEST(FileCopy, SizesAroundTheChunkBoundariesArriveWholeWithTheSourceTimes) {
         EXPECT_EQ(st.st_atime, 1400000000) << size;
         EXPECT_EQ(st.st_mtime, 1500000000) << size; // whole seconds
         EXPECT_EQ(st.st_mtim.tv_nsec, 0) << size;
-        EXPECT_EQ(readAll(dst), pattern(size)) << size;
+        EXPECT_EQ(readFile(dst), pattern(size)) << size;
     }
 }
 
@@ -117,7 +92,7 @@ TEST(FileCopy, AFifoIsReadUntilItsEnd) {
     bool tail = true;
     EXPECT_TRUE(fileCopy(narrow(fifo), narrow(dir.file("out")), true, &kNoPause, &tail));
     writer.join();
-    EXPECT_EQ(readAll(dir.file("out")), "first second");
+    EXPECT_EQ(readFile(dir.file("out")), "first second");
     EXPECT_FALSE(tail);
 }
 
@@ -126,9 +101,9 @@ TEST(FileCopy, ExistingDestinationsFoldersAndMissingSources) {
     writeFile(dir.file("dst"), "keep");
     // Without overwrite an existing file stays, and the source isn't even looked at.
     EXPECT_TRUE(fileCopy(narrow(dir.file("missing")), narrow(dir.file("dst")), false, &kNoPause, nullptr));
-    EXPECT_EQ(readAll(dir.file("dst")), "keep");
+    EXPECT_EQ(readFile(dir.file("dst")), "keep");
     EXPECT_FALSE(fileCopy(narrow(dir.file("missing")), narrow(dir.file("other")), true, &kNoPause, nullptr));
-    EXPECT_EQ(readAll(dir.file("other")), "<missing>");
+    EXPECT_EQ(readFile(dir.file("other")), "<missing>");
 
     writeFile(dir.file("src"), "data");
     ::mkdir(dir.file("folder").c_str(), 0755);
@@ -136,7 +111,7 @@ TEST(FileCopy, ExistingDestinationsFoldersAndMissingSources) {
     errno = 0;
     EXPECT_FALSE(fileCopy(narrow(dir.file("src")), narrow(dir.file("folder")), true, &kNoPause, nullptr));
     EXPECT_EQ(errno, EISDIR);
-    EXPECT_EQ(readAll(dir.file("folder/inside")), "x");
+    EXPECT_EQ(readFile(dir.file("folder/inside")), "x");
     EXPECT_FALSE(fileCopy(narrow(dir.file("folder")), narrow(dir.file("x")), true, &kNoPause, nullptr));
 
     // The destination's mode is the source's with read and write for owner and group.
@@ -223,7 +198,7 @@ TEST(FileCopy, TheTailTestLooksAtFewBytesFromTheEnd) {
     tail = true;
     EXPECT_TRUE(fileCopy(narrow(dir.file("empty")), narrow(dir.file("e")), true, &kNoPause, &tail));
     EXPECT_TRUE(tail); // no chunk held data: left as it was
-    EXPECT_EQ(readAll(dir.file("e")), "");
+    EXPECT_EQ(readFile(dir.file("e")), "");
 }
 
 TEST(CopyStats, TotalsSettingsAndTheStatusLine) {

@@ -9,26 +9,11 @@
 #include <gtest/gtest.h>
 
 #include "files/file_probes.h"
+#include "tests/support/file_checks.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/text_of.h"
 
 namespace {
-
-std::string readAll(const std::string& path) {
-    FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return "<missing>";
-    std::string text;
-    char buffer[256];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) text.append(buffer, n);
-    std::fclose(f);
-    return text;
-}
-
-bool isFolder(const std::string& path) {
-    struct stat st;
-    return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
 
 TEST(FileProbes, InfoOnFilesFoldersAndMissingPaths) {
     TempDir dir;
@@ -66,7 +51,7 @@ TEST(FileProbes, DeleteSetTimeAndMove) {
     EXPECT_TRUE(fileDelete(narrow(dir.file("missing"))));
     writeFile(dir.file("a"), "aaa");
     EXPECT_TRUE(fileDelete(narrow(dir.file("a"))));
-    EXPECT_EQ(readAll(dir.file("a")), "<missing>");
+    EXPECT_EQ(readFile(dir.file("a")), "<missing>");
     EXPECT_FALSE(fileDelete(narrow(dir.path()))); // unlink refuses a folder
 
     writeFile(dir.file("t"), "t");
@@ -84,11 +69,11 @@ TEST(FileProbes, DeleteSetTimeAndMove) {
     writeFile(dir.file("src"), "new");
     writeFile(dir.file("dst"), "old");
     EXPECT_TRUE(fileMove(narrow(dir.file("src")), narrow(dir.file("dst")), false)); // nothing moved
-    EXPECT_EQ(readAll(dir.file("src")), "new");
-    EXPECT_EQ(readAll(dir.file("dst")), "old");
+    EXPECT_EQ(readFile(dir.file("src")), "new");
+    EXPECT_EQ(readFile(dir.file("dst")), "old");
     EXPECT_TRUE(fileMove(narrow(dir.file("src")), narrow(dir.file("dst")), true));
-    EXPECT_EQ(readAll(dir.file("src")), "<missing>");
-    EXPECT_EQ(readAll(dir.file("dst")), "new");
+    EXPECT_EQ(readFile(dir.file("src")), "<missing>");
+    EXPECT_EQ(readFile(dir.file("dst")), "new");
     EXPECT_FALSE(fileMove(narrow(dir.file("src")), narrow(dir.file("other")), true));
     ::mkdir(dir.file("sub").c_str(), 0755);
     EXPECT_FALSE(fileMove(narrow(dir.file("sub")), narrow(dir.file("moved")), true)); // no folders
@@ -118,12 +103,12 @@ TEST(FileProbes, FolderCreateWithParentsAndItsRefusals) {
     TempDir dir;
     ASSERT_EQ(::mkdir(dir.file("a").c_str(), 0755), 0);
     EXPECT_TRUE(folderCreate(narrow(dir.file("a/b/c/")), true));
-    EXPECT_TRUE(isFolder(dir.file("a/b")));
-    EXPECT_TRUE(isFolder(dir.file("a/b/c")));
+    EXPECT_TRUE(isFolderAt(dir.file("a/b")));
+    EXPECT_TRUE(isFolderAt(dir.file("a/b/c")));
     EXPECT_TRUE(folderCreate(narrow(dir.file("a/b/c")), false)); // exists already
 
     EXPECT_FALSE(folderCreate(narrow(dir.file("x/y")), false)); // no parent, none asked for
-    EXPECT_FALSE(isFolder(dir.file("x")));
+    EXPECT_FALSE(isFolderAt(dir.file("x")));
     EXPECT_FALSE(folderCreate(narrow("//server/share"), true));
     EXPECT_FALSE(folderCreate(narrow("a/"), true));
     EXPECT_TRUE(folderCreate(narrow("/"), true));
@@ -138,7 +123,7 @@ TEST(FileProbes, FolderCreateWithParentsAndItsRefusals) {
     ASSERT_NE(::getcwd(previous, sizeof previous), nullptr);
     ASSERT_EQ(::chdir(dir.path().c_str()), 0);
     EXPECT_TRUE(folderCreate(narrow("rel"), true));
-    EXPECT_TRUE(isFolder(dir.file("rel")));
+    EXPECT_TRUE(isFolderAt(dir.file("rel")));
     ASSERT_EQ(::chdir(previous), 0);
 }
 
@@ -153,7 +138,7 @@ TEST(FileProbes, FolderCreateFailsWhereItMayNotWrite) {
     TempDir dir;
     ASSERT_EQ(::chmod(dir.path().c_str(), 0755), 0);
     EXPECT_EXIT(createWithoutPermission(dir.path()), ::testing::ExitedWithCode(0), "");
-    EXPECT_FALSE(isFolder(dir.file("new")));
+    EXPECT_FALSE(isFolderAt(dir.file("new")));
 }
 
 } // namespace
