@@ -13,8 +13,8 @@ namespace {
 
 bool copyOne(const std::string& src, const std::string& dst) {
     const int32_t noPause = 0;
-    return fileCopy(_kzString8_allSize<500>(src.c_str()), _kzString8_allSize<500>(dst.c_str()), true, &noPause,
-                    nullptr);
+    return fileCopy(_kzString8_allSize<500>(src.c_str()), _kzString8_allSize<500>(dst.c_str()), true,
+                    &noPause, nullptr);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <cstring>
 #include <new>
 
 #include "buffers/file_list.h"
@@ -157,11 +158,23 @@ bool _kzDirScan::next() {
     return false;
 }
 
+// Whether the present entry of the directory stream is a folder. Where the directory tells
+// the kind of an entry and the joined path is short enough to reach it unchanged, that
+// answer spares a stat per entry; links and unknown kinds are read with stat.
+bool _kzDirScan::entryIsFolder() {
+    kzDirScanRecord& r = *record;
+    const unsigned kind = r.current ? r.current->d_type : static_cast<unsigned>(DT_UNKNOWN);
+    const bool kindKnown = kind != DT_UNKNOWN && kind != DT_LNK && !r.attributesValid &&
+                           r.folder.length + static_cast<int>(std::strlen(r.current->d_name)) <= 249;
+    if (kindKnown) return kind == DT_DIR;
+    loadAttributes();
+    return r.isFolder != 0;
+}
+
 bool _kzDirScan::passesFilter() {
     kzDirScanRecord& r = *record;
-    loadAttributes();
     const _kzString<500> name = currentName();
-    if (r.isFolder) {
+    if (entryIsFolder()) {
         if (!r.withFolders) return false;
         if (name == "." || name == "..") return false;
     } else if (r.startFilters.count > 0) {
@@ -274,6 +287,14 @@ void _kzDirScan::rewind() {
     if (!record || record->index < 0) return;
     record->active = 1;
     record->index = -1;
+}
+
+void _kzDirScan::releaseSnapshot() {
+    if (!record) return;
+    stop();
+    record->replay = 0;
+    record->index = -1;
+    record->entries.release();
 }
 
 int _kzDirScan::entryCount() const { return record ? record->entries.count : 0; }

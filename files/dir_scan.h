@@ -57,11 +57,15 @@ struct _kzDirScan {
     void stop();
     // Walks a snapshot again from its start.
     void rewind();
+    // Ends the walk and frees the snapshot, for a caller that reads the folder anew each
+    // time and needs no list between walks.
+    void releaseSnapshot();
     int entryCount() const;
     _kzString<500> entryName(int index) const;
 
 private:
     bool passesFilter();
+    bool entryIsFolder();
     void loadAttributes();
     void closeDirectory();
     kzDirScanRecord* record;

@@ -274,13 +274,14 @@ private:                                                                        
         return kzstr::startsWithPattern(data, length, pattern.data, pattern.length, fold);                   \
     }                                                                                                        \
     T& replacePattern(const T& from, const T& to, bool fold) {                                               \
-        const T f(from), r(to); /* either may be this very string */                                         \
-        length = uint16_t(kzstr::replaceAll(data, length, N, f.data, f.length, r.data, r.length, fold));     \
+        if (&from == this || &to == this) return replacePattern(T(from), T(to), fold); /* keep them apart */ \
+        length =                                                                                             \
+            uint16_t(kzstr::replaceAll(data, length, N, from.data, from.length, to.data, to.length, fold));  \
         return *this;                                                                                        \
     }                                                                                                        \
     T& removePattern(const T& pattern, bool fold) {                                                          \
-        const T p(pattern);                                                                                  \
-        length = uint16_t(kzstr::removeAll(data, length, p.data, p.length, fold));                           \
+        if (&pattern == this) return removePattern(T(pattern), fold);                                        \
+        length = uint16_t(kzstr::removeAll(data, length, pattern.data, pattern.length, fold));               \
         return *this;                                                                                        \
     }                                                                                                        \
                                                                                                              \

@@ -17,4 +17,5 @@ void jobDbPass(const _kzString<500>& localFolder, const _kzString<500>& networkR
         if (name.indexOf("jobs.db") < 0) continue;
         mirrorFile(jobScan.currentPath(), folder.combined(name));
     }
+    jobScan.releaseSnapshot();
 }

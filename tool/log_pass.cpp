@@ -3,14 +3,11 @@
 #include "tool/mirror_file.h"
 
 _kzString<500> logDestination(const _kzString<500>& networkRoot, const _kzString<500>& name) {
+    static const _kzString<500> localMark("__local.txt"), textMark(".txt"), copyMark("__copyFromLocal.txt");
     _kzString<500> destination(networkRoot);
     destination += "sub/log/";
     destination.add(name);
-    const _kzString<500> copyMark("__copyFromLocal.txt");
-    if (destination.endsWith("__local.txt"))
-        destination.replace(_kzString<500>("__local.txt"), copyMark);
-    else
-        destination.replace(_kzString<500>(".txt"), copyMark);
+    destination.replace(destination.endsWith(localMark) ? localMark : textMark, copyMark);
     return destination;
 }
 

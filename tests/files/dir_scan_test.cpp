@@ -105,6 +105,11 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     ASSERT_EQ(scan.entryCount(), 2);
     EXPECT_EQ(textOf(scan.entryName(0)), "late.txt");
     EXPECT_EQ(textOf(scan.entryName(1)), "f.txt");
+    scan.releaseSnapshot();
+    EXPECT_EQ(scan.entryCount(), 0);
+    EXPECT_FALSE(scan.next());
+    scan.rewind();
+    EXPECT_FALSE(scan.next());
 }
 
 TEST(DirScan, AnEntryThatVanishesCountsAsAnEmptyFile) {

@@ -1,0 +1,29 @@
+// Runs log passes over a folder, as the tool runs them: log_pass_driver LOCAL ROOT PASSES.
+// Prints the wall time of the fastest pass after the first, in milliseconds; the first
+// pass brings the mirror up to date, so the later ones measure the standing cost.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "tool/log_pass.h"
+
+int main(int argc, char** argv) {
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: log_pass_driver LOCAL ROOT PASSES\n");
+        return 2;
+    }
+    const _kzString<500> local(argv[1]), root(argv[2]);
+    const int passes = std::atoi(argv[3]);
+    _kzDirScan scan;
+    scan.addEndFilter(_kzString<500>(".txt"));
+    double best = 1e30;
+    for (int i = 0; i <= passes; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        logPass(local, root, scan);
+        const double ms =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+        if (i > 0 && ms < best) best = ms;
+    }
+    std::printf("%.3f\n", best);
+    return 0;
+}

@@ -1,0 +1,122 @@
+#!/usr/bin/env bash
+# Measures kzStartLocal against what an administrator would otherwise run: a shell loop
+# around pgrep, rsync and cp. Every figure is taken side by side with its standard tool in
+# this one run, on this machine's real process table and files, and printed as a ratio
+# with its goal. Takes a few minutes and about 2.5 GB of disk in build/bench-work/.
+#
+# Usage: scripts/bench.sh
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+cd "$top"
+
+scripts/install-deps.sh rsync libbenchmark-dev
+cmake --preset default >/dev/null
+cmake --build --preset default --target kzStartLocal copy_files make_tree log_pass_driver run_measured \
+  process_snapshot_bench >/dev/null
+bin="$top/build/default"
+measure="$bin/bench/run_measured"
+
+work="$top/build/bench-work"
+rm -rf "$work"
+mkdir -p "$work"
+pids=()
+cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$work"
+}
+trap cleanup EXIT
+cp "$(command -v sleep)" "$work/kzServerconsole"
+
+# field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
+field() { awk -v n="$2" '{print $n}' "$1"; }
+ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.3f", a / b }'; }
+verdict() { awk -v r="$1" -v g="$2" -v op="$3" 'BEGIN { ok = (op == "<=") ? r <= g : r >= g; print ok ? "met" : "MISSED" }'; }
+line() { printf '%-36s %s\n' "$1" "$2"; }
+# the fastest of several timed runs of a command, in seconds
+fastest() {
+  local best="" runs=$1
+  shift
+  for _ in $(seq "$runs"); do
+    "$measure" "$work/t" "$@" >/dev/null
+    local t
+    t=$(field "$work/t" 1)
+    best=$(awk -v a="$t" -v b="${best:-$t}" 'BEGIN { print (a < b) ? a : b }')
+  done
+  echo "$best"
+}
+
+echo "== kzStartLocal benchmarks, $(date -u '+%Y-%m-%d %H:%M UTC'), $(nproc) cores, $(awk -F': ' '/model name/ {print $2; exit}' /proc/cpuinfo)"
+
+# 1. Standing cost of watching: the tool (no pass asked for) and a shell loop around pgrep,
+#    side by side over the same 30 seconds of one live stand-in server.
+span=30
+"$work/kzServerconsole" "$span" &
+pids+=($!)
+"$measure" "$work/tool.cost" "$bin/tool/kzStartLocal" "$work/none/" "$work/none/" idle >/dev/null &
+tool_pid=$!
+"$measure" "$work/loop.cost" bash -c 'while pgrep -x kzServerconsole >/dev/null; do sleep 1; done' &
+loop_pid=$!
+wait "$tool_pid" "$loop_pid"
+tool_cpu=$(field "$work/tool.cost" 2)
+loop_cpu=$(field "$work/loop.cost" 2)
+r=$(ratio "$tool_cpu" "$loop_cpu")
+line "watching, CPU per second:" "tool $(awk -v c="$tool_cpu" -v s="$span" 'BEGIN{printf "%.2f ms", c*1000/s}'), pgrep loop $(awk -v c="$loop_cpu" -v s="$span" 'BEGIN{printf "%.2f ms", c*1000/s}') -> ratio $r (goal <= 0.2: $(verdict "$r" 0.2 "<="))"
+snapshot=$("$bin/bench/process_snapshot_bench" --benchmark_min_time=1 2>/dev/null | grep processSnapshot)
+line "one process snapshot:" "$(echo "$snapshot" | awk '{print $2, $3}') for $(echo "$snapshot" | grep -o 'processes=[0-9]*' | cut -d= -f2) processes, $(echo "$snapshot" | grep -o 'us_per_process=[0-9.]*' | cut -d= -f2) us per process"
+
+# 2. An up-to-date log pass over 10,000 files against rsync's quick check of the same folder.
+mkdir -p "$work/logs/local" "$work/logs/network/sub/log" "$work/logs/mirror"
+"$bin/bench/make_tree" "$work/logs/local" 10000 100 2000 .txt
+rsync -a "$work/logs/local/" "$work/logs/mirror/"
+pass_ms=$("$bin/bench/log_pass_driver" "$work/logs/local/" "$work/logs/network/" 5)
+rsync_s=$(fastest 5 rsync -a --dry-run "$work/logs/local/" "$work/logs/mirror/")
+rsync_ms=$(awk -v s="$rsync_s" 'BEGIN { printf "%.3f", s * 1000 }')
+r=$(ratio "$pass_ms" "$rsync_ms")
+line "up-to-date log pass, 10,000 files:" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
+
+# 3. Copying, page cache warm, same file system: one 1 GiB file, and 10,000 files of 1 to
+#    100 KiB. Throughput ratio = cp's time / the tool's time; each side's best of three.
+head -c 1073741824 /dev/urandom >"$work/big"
+cat "$work/big" >/dev/null
+best_kz="" best_cp=""
+for _ in 1 2 3; do
+  rm -f "$work/big.copy"; sync
+  "$measure" "$work/t" "$bin/bench/copy_files" "$work/big" "$work/big.copy"; t=$(field "$work/t" 1)
+  best_kz=$(awk -v a="$t" -v b="${best_kz:-$t}" 'BEGIN { print (a < b) ? a : b }')
+  rm -f "$work/big.copy"; sync
+  "$measure" "$work/t" cp --preserve=timestamps "$work/big" "$work/big.copy"; t=$(field "$work/t" 1)
+  best_cp=$(awk -v a="$t" -v b="${best_cp:-$t}" 'BEGIN { print (a < b) ? a : b }')
+done
+cmp -s "$work/big" "$work/big.copy" || echo "copy of the big file differs!"
+rm -f "$work/big" "$work/big.copy"
+r=$(ratio "$best_cp" "$best_kz")
+line "copy of 1 GiB:" "tool ${best_kz} s, cp ${best_cp} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
+
+mkdir -p "$work/small"
+"$bin/bench/make_tree" "$work/small" 10000 1024 102400 .dat
+cat "$work"/small/* >/dev/null
+best_kz="" best_cp=""
+for _ in 1 2 3; do
+  rm -rf "$work/small.copy"; mkdir "$work/small.copy"; sync
+  "$measure" "$work/t" "$bin/bench/copy_files" --folder "$work/small" "$work/small.copy"; t=$(field "$work/t" 1)
+  best_kz=$(awk -v a="$t" -v b="${best_kz:-$t}" 'BEGIN { print (a < b) ? a : b }')
+  rm -rf "$work/small.copy"; mkdir "$work/small.copy"; sync
+  "$measure" "$work/t" cp --preserve=timestamps -r "$work/small/." "$work/small.copy/"; t=$(field "$work/t" 1)
+  best_cp=$(awk -v a="$t" -v b="${best_cp:-$t}" 'BEGIN { print (a < b) ? a : b }')
+done
+rm -rf "$work/small" "$work/small.copy"
+r=$(ratio "$best_cp" "$best_kz")
+line "copy of 10,000 files of 1-100 KiB:" "tool ${best_kz} s, cp ${best_cp} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">="))"
+
+# 4. Peak resident memory of the tool over a run with two passes of both kinds over the
+#    10,000 files of the log folder.
+"$work/kzServerconsole" 16 &
+pids+=($!)
+rm -rf "$work/logs/network/sub/log"/*
+"$measure" "$work/tool.mem" "$bin/tool/kzStartLocal" "$work/logs/local/" "$work/logs/network/" -log -jobdb >/dev/null
+kib=$(field "$work/tool.mem" 3)
+r=$(ratio "$kib" 1024)
+line "peak resident memory, 2 passes:" "${kib} KiB = ${r} MiB (goal <= 4 MiB: $(verdict "$r" 4 "<="))"
+copies=$(find "$work/logs/network/sub/log" -type f | wc -l)
+line "files mirrored in that run:" "$copies"
