@@ -94,27 +94,24 @@ bool kzTailLooksZero(const unsigned char* chunk, long length) {
 bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>& dst, const bool& overwrite,
               const int32_t* throttleMs, bool* tailIsZero) {
     struct stat st;
-    if (::stat(dst.data, &st) == 0 && !S_ISDIR(st.st_mode)) {
-        if (!overwrite) return true;
-        if (::unlink(dst.data) != 0) return false;
-    }
+    const bool replacing = ::stat(dst.data, &st) == 0 && !S_ISDIR(st.st_mode);
+    if (replacing && !overwrite) return true;
     if (::stat(src.data, &st) != 0 || S_ISDIR(st.st_mode)) return false;
 
+    // The source is opened before an old destination goes: a mirror outlives a source that
+    // has gone or can't be read.
     const int from = ::open(src.data, O_RDONLY | O_CLOEXEC);
     if (from < 0) return false;
-    if (::fstat(from, &st) != 0) {
+    const auto fail = [from]() {
         const int error = errno;
         ::close(from);
         errno = error;
         return false;
-    }
+    };
+    if (::fstat(from, &st) != 0) return fail();
+    if (replacing && ::unlink(dst.data) != 0) return fail();
     const int to = ::open(dst.data, O_WRONLY | O_CREAT | O_CLOEXEC, (st.st_mode | 0664) & 07777);
-    if (to < 0) {
-        const int error = errno;
-        ::close(from);
-        errno = error;
-        return false;
-    }
+    if (to < 0) return fail();
 
     const long chunk = chunkSizeFor(st);
     const long alignment = leastCommonMultiple(8, ::sysconf(_SC_PAGESIZE));

@@ -12,8 +12,9 @@
 // given, tells whether the end of the last chunk looked like unwritten zero fill.
 //
 // A small file goes in one chunk; a large one, a pipe or a device in chunks of 512 KiB.
-// On failure the answer is false and errno holds the reason; a partly written `dst` stays,
-// without the source's time, so that the next comparison of time and size sees it differ.
+// On failure the answer is false and errno holds the reason. A source that is missing or
+// can't be opened leaves an old `dst` as it was; a partly written `dst` stays, without the
+// source's time, so that the next comparison of time and size sees it differ.
 // Nothing taken by the call outlives it.
 bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>& dst, const bool& overwrite,
               const int32_t* throttleMs, bool* tailIsZero);

@@ -104,6 +104,9 @@ TEST(FileCopy, ExistingDestinationsFoldersAndMissingSources) {
     EXPECT_EQ(readFile(dir.file("dst")), "keep");
     EXPECT_FALSE(fileCopy(narrow(dir.file("missing")), narrow(dir.file("other")), true, &kNoPause, nullptr));
     EXPECT_EQ(readFile(dir.file("other")), "<missing>");
+    // A source that has gone costs no old copy, even with overwrite.
+    EXPECT_FALSE(fileCopy(narrow(dir.file("missing")), narrow(dir.file("dst")), true, &kNoPause, nullptr));
+    EXPECT_EQ(readFile(dir.file("dst")), "keep");
 
     writeFile(dir.file("src"), "data");
     ::mkdir(dir.file("folder").c_str(), 0755);
