@@ -11,6 +11,7 @@
 #include "buffers/file_list.h"
 #include "files/file_probes.h"
 #include "files/path_strings.h"
+#include "files/scan_filter.h"
 
 struct kzDirScanRecord {
     uint8_t active = 0;      // a walk is running
@@ -172,21 +173,9 @@ bool _kzDirScan::entryIsFolder() {
 }
 
 bool _kzDirScan::passesFilter() {
-    kzDirScanRecord& r = *record;
-    const _kzString<500> name = currentName();
-    if (entryIsFolder()) {
-        if (!r.withFolders) return false;
-        if (name == "." || name == "..") return false;
-    } else if (r.startFilters.count > 0) {
-        bool any = false;
-        for (int i = 0; i < r.startFilters.count && !any; ++i) any = name.startsWith(r.startFilters.data[i]);
-        if (!any) return false;
-    } else if (r.endFilters.count > 0) {
-        bool any = false;
-        for (int i = 0; i < r.endFilters.count && !any; ++i) any = name.endsWith(r.endFilters.data[i]);
-        if (!any) return false;
-    }
-    return r.namePrefix.isEmpty() || name.startsWith(r.namePrefix);
+    const kzDirScanRecord& r = *record;
+    const bool folder = entryIsFolder();
+    return kzScanAccepts(currentName(), folder, r.withFolders, r.startFilters, r.endFilters, r.namePrefix);
 }
 
 void _kzDirScan::loadAttributes() {

@@ -1,15 +1,24 @@
 #!/usr/bin/env bash
-# Fuzzes the string family with libFuzzer under Address- and UndefinedBehaviorSanitizer.
-# Usage: scripts/fuzz.sh [seconds]   (default 300). New inputs go to build/fuzz/corpus/.
+# Fuzzes with libFuzzer under Address- and UndefinedBehaviorSanitizer: the string family,
+# and the path and name logic of the mirror passes.
+# Usage: scripts/fuzz.sh [seconds per target] [target...]   (default 300, both targets).
+# New inputs go to build/fuzz/corpus/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-300}
 
 scripts/install-deps.sh clang libclang-rt-dev
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --target string_fuzz
+targets=("${@:2}")
+[ ${#targets[@]} -eq 0 ] && targets=(string_fuzz path_fuzz)
+cmake --build --preset fuzz --target "${targets[@]}"
 
-corpus=build/fuzz/corpus/strings
-mkdir -p "$corpus"
-cp -n fuzz/corpus/strings/* "$corpus"/
-build/fuzz/fuzz/string_fuzz -max_total_time="$seconds" -print_final_stats=1 "$corpus"
+for target in "${targets[@]}"; do
+  corpus_name=${target%_fuzz}s
+  corpus=build/fuzz/corpus/$corpus_name
+  mkdir -p "$corpus"
+  cp -n fuzz/corpus/"$corpus_name"/* "$corpus"/
+  echo "== $target for ${seconds}s"
+  build/fuzz/fuzz/"$target" -max_total_time="$seconds" -print_final_stats=1 "$corpus" 2>&1 |
+    grep -E '^(stat::number_of_executed_units|stat::new_units_added|Done)|ERROR|SUMMARY'
+done
