@@ -3,7 +3,7 @@
 # Does nothing when everything is there already.
 set -euo pipefail
 
-packages=(cmake g++ ninja-build libgtest-dev tzdata "$@")
+packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

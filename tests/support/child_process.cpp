@@ -1,6 +1,7 @@
 #include "tests/support/child_process.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -47,7 +48,7 @@ void ChildProcess::reset() {
 }
 
 ChildProcess ChildProcess::start(const std::string& program, const std::vector<std::string>& argv,
-                                 bool captureOutput) {
+                                 bool captureOutput, int runAsUid) {
     ChildProcess child;
     int execPipe[2];
     int outPipe[2] = {-1, -1};
@@ -66,6 +67,9 @@ ChildProcess ChildProcess::start(const std::string& program, const std::vector<s
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (getppid() != parent) _exit(126);
         if (captureOutput) dup2(outPipe[1], STDOUT_FILENO);
+        if (runAsUid >= 0 && (setgroups(0, nullptr) != 0 || setgid(static_cast<gid_t>(runAsUid)) != 0 ||
+                              setuid(static_cast<uid_t>(runAsUid)) != 0))
+            _exit(125);
         execv(program.c_str(), args.data());
         const int error = errno;
         (void)!write(execPipe[1], &error, sizeof error);

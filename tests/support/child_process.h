@@ -18,8 +18,9 @@ public:
 
     // Starts `program` with `argv` (argv[0] included, as the child will see it) and returns
     // once the exec has happened, so that the process already carries its new name.
+    // With `runAsUid` at 0 or above the child drops to that user and group id before the exec.
     static ChildProcess start(const std::string& program, const std::vector<std::string>& argv,
-                              bool captureOutput = false);
+                              bool captureOutput = false, int runAsUid = -1);
 
     pid_t pid() const { return pid_; }
     bool started() const { return pid_ > 0; }

@@ -1,5 +1,6 @@
 // The whole tool at work: several runs side by side under one stand-in kzServerconsole,
 // each with folders of its own, over two mirror passes.
+#include <ftw.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,15 +26,34 @@ bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
     return true;
 }
 
+// Every path below a folder.
+std::vector<std::string> pathsBelow(const std::string& folder) {
+    static std::vector<std::string>* found;
+    std::vector<std::string> paths;
+    found = &paths;
+    nftw(
+        folder.c_str(),
+        [](const char* path, const struct stat*, int, FTW*) {
+            found->push_back(path);
+            return 0;
+        },
+        16, FTW_PHYS);
+    return paths;
+}
+
 struct ToolRun {
     MirrorFolders folders;
     std::vector<std::string> options;
     ChildProcess tool;
+    int uid = -1;     // the user the tool runs as; -1: this process's own
+    std::string root; // the network root as given; the fixture's by default
+    std::string printedRoot;
 
     void start() {
-        std::vector<std::string> argv = {"kzStartLocal", folders.local, folders.root};
+        if (root.empty()) root = printedRoot = folders.root;
+        std::vector<std::string> argv = {"kzStartLocal", folders.local, root};
         argv.insert(argv.end(), options.begin(), options.end());
-        tool = ChildProcess::start(KZ_TOOL_PATH, argv, true);
+        tool = ChildProcess::start(KZ_TOOL_PATH, argv, true, uid);
     }
     std::string expectedOutput() const {
         bool logs = false, jobs = false;
@@ -41,7 +61,7 @@ struct ToolRun {
             logs = logs || strcasecmp(o.c_str(), "-log") == 0;
             jobs = jobs || strcasecmp(o.c_str(), "-jobdb") == 0;
         }
-        return kBanner + settings(folders.local, folders.root, logs, jobs) + kQuit;
+        return kBanner + settings(folders.local, printedRoot, logs, jobs) + kQuit;
     }
 };
 
@@ -50,7 +70,7 @@ TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
     const std::string serverPath = installStandIn(serverDir.path(), "kzServerconsole");
     ChildProcess server = ChildProcess::start(serverPath, {serverPath});
 
-    ToolRun full, noLogFolder, neither, jobsOnly;
+    ToolRun full, noLogFolder, neither, jobsOnly, unwritable, longRoot;
     full.options = {"-log", "-jobdb"};
     writeFile(full.folders.local + "server.txt", "first line\n");
     writeFile(full.folders.local + "queue__local.txt", "queued\n");
@@ -67,12 +87,30 @@ TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
     writeFile(neither.folders.local + "server.txt", "x");
     writeFile(neither.folders.local + "jobs.db", "x");
 
+    // A network folder that the tool's user may not write.
+    unwritable.options = {"-log", "-jobdb"};
+    unwritable.uid = 65534;
+    ::chmod(unwritable.folders.dir.path().c_str(), 0755);
+    ::chmod(unwritable.folders.local.c_str(), 0755);
+    writeFile(unwritable.folders.local + "server.txt", "x");
+    writeFile(unwritable.folders.local + "jobs.db", "x");
+
+    // A network root of 5000 characters: cut to 500, with no room for "sub/log/" or the job
+    // folder. What the passes write must stay on the path as given.
+    longRoot.options = {"-log", "-jobdb"};
+    longRoot.root = longRoot.folders.dir.path();
+    while (longRoot.root.size() < 5000) longRoot.root += "/" + std::string(199, 'n');
+    longRoot.root.resize(5000);
+    longRoot.printedRoot = longRoot.root.substr(0, 499);
+    writeFile(longRoot.folders.local + "server.txt", "x");
+    writeFile(longRoot.folders.local + "jobs.db", "x");
+
     jobsOnly.options = {"-JOBDB"};
     ::rmdir(jobsOnly.folders.logs.c_str());
     ::rmdir((jobsOnly.folders.root + "sub").c_str());
     writeFile(jobsOnly.folders.local + "jobs.db", "db");
 
-    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) run->start();
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly, &unwritable, &longRoot}) run->start();
 
     // The first pass, about seven seconds in.
     const std::string& logs = full.folders.logs;
@@ -95,10 +133,22 @@ TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
     EXPECT_FALSE(isFolderAt(neither.folders.root + "sub/cfg_global"));
     EXPECT_EQ(readFile(neither.folders.logs + "server__copyFromLocal.txt"), "<missing>");
     EXPECT_FALSE(isFolderAt(jobsOnly.folders.logs));
-    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) EXPECT_FALSE(run->tool.waitExit(0));
+    EXPECT_EQ(readFile(unwritable.folders.logs + "server__copyFromLocal.txt"), "<missing>");
+    EXPECT_FALSE(isFolderAt(unwritable.folders.root + "sub/cfg_global"));
+    EXPECT_EQ(readFile(unwritable.folders.local + "server.txt"), "x");
+    for (const std::string& path : pathsBelow(longRoot.folders.dir.path())) {
+        const bool onRoot = longRoot.root.compare(0, path.size(), path) == 0;
+        const bool inFixture = path.compare(0, longRoot.folders.local.size() - 1, longRoot.folders.local, 0,
+                                            longRoot.folders.local.size() - 1) == 0 ||
+                               path.compare(0, longRoot.folders.root.size() - 1, longRoot.folders.root, 0,
+                                            longRoot.folders.root.size() - 1) == 0;
+        EXPECT_TRUE(onRoot || inFixture) << "written outside the folders: " << path;
+    }
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly, &unwritable, &longRoot})
+        EXPECT_FALSE(run->tool.waitExit(0));
 
     server.kill();
-    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly}) {
+    for (ToolRun* run : {&full, &noLogFolder, &neither, &jobsOnly, &unwritable, &longRoot}) {
         int exitCode = -1;
         EXPECT_TRUE(run->tool.waitExit(3000, &exitCode));
         EXPECT_EQ(exitCode, 0);
