@@ -10,3 +10,7 @@ bool kzErrorText_OS(int code, char* buffer, int size);
 // Writes the full path of the running executable into `buffer` (NUL-terminated, at most
 // `size` bytes with the terminator). False if the system can't tell or it doesn't fit.
 bool kzExecutablePath_OS(char* buffer, int size);
+
+// Blocks of at least `bytes` are taken from the system for themselves and returned to it
+// when freed, whatever sizes were freed before.
+void kzFixLargeBlockThreshold_OS(int bytes);

@@ -33,17 +33,35 @@ field() { awk -v n="$2" '{print $n}' "$1"; }
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.3f", a / b }'; }
 verdict() { awk -v r="$1" -v g="$2" -v op="$3" 'BEGIN { ok = (op == "<=") ? r <= g : r >= g; print ok ? "met" : "MISSED" }'; }
 line() { printf '%-36s %s\n' "$1" "$2"; }
-# the fastest of several timed runs of a command, in seconds
-fastest() {
-  local best="" runs=$1
+# the median of the numbers given
+median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+# the median wall time of several runs of a command, in seconds
+timed() {
+  local runs=$1 times=()
   shift
   for _ in $(seq "$runs"); do
     "$measure" "$work/t" "$@" >/dev/null
-    local t
-    t=$(field "$work/t" 1)
-    best=$(awk -v a="$t" -v b="${best:-$t}" 'BEGIN { print (a < b) ? a : b }')
+    times+=("$(field "$work/t" 1)")
   done
-  echo "$best"
+  median "${times[@]}"
+}
+# Copies with the tool and with cp in turns, each into a fresh destination after the
+# previous copy's data has been written out; prints "tool_median cp_median" in seconds.
+copy_rounds() {
+  local src=$1 dst=$2 prepare=$3 kz=() cps=()
+  shift 3
+  for _ in 1 2 3 4 5; do
+    eval "$prepare"; sync
+    "$measure" "$work/t" "$bin/bench/copy_files" "$@" "$src" "$dst"; kz+=("$(field "$work/t" 1)")
+    eval "$prepare"; sync
+    if [ "$1" = --folder ]; then
+      "$measure" "$work/t" cp --preserve=timestamps -r "$src/." "$dst/"
+    else
+      "$measure" "$work/t" cp --preserve=timestamps "$src" "$dst"
+    fi
+    cps+=("$(field "$work/t" 1)")
+  done
+  echo "$(median "${kz[@]}") $(median "${cps[@]}")"
 }
 
 echo "== kzStartLocal benchmarks, $(date -u '+%Y-%m-%d %H:%M UTC'), $(nproc) cores, $(awk -F': ' '/model name/ {print $2; exit}' /proc/cpuinfo)"
@@ -70,44 +88,29 @@ mkdir -p "$work/logs/local" "$work/logs/network/sub/log" "$work/logs/mirror"
 "$bin/bench/make_tree" "$work/logs/local" 10000 100 2000 .txt
 rsync -a "$work/logs/local/" "$work/logs/mirror/"
 pass_ms=$("$bin/bench/log_pass_driver" "$work/logs/local/" "$work/logs/network/" 5)
-rsync_s=$(fastest 5 rsync -a --dry-run "$work/logs/local/" "$work/logs/mirror/")
+rsync_s=$(timed 5 rsync -a --dry-run "$work/logs/local/" "$work/logs/mirror/")
 rsync_ms=$(awk -v s="$rsync_s" 'BEGIN { printf "%.3f", s * 1000 }')
 r=$(ratio "$pass_ms" "$rsync_ms")
 line "up-to-date log pass, 10,000 files:" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 
 # 3. Copying, page cache warm, same file system: one 1 GiB file, and 10,000 files of 1 to
-#    100 KiB. Throughput ratio = cp's time / the tool's time; each side's best of three.
+#    100 KiB. Throughput ratio = cp's time / the tool's time, medians of five turns each.
 head -c 1073741824 /dev/urandom >"$work/big"
 cat "$work/big" >/dev/null
-best_kz="" best_cp=""
-for _ in 1 2 3; do
-  rm -f "$work/big.copy"; sync
-  "$measure" "$work/t" "$bin/bench/copy_files" "$work/big" "$work/big.copy"; t=$(field "$work/t" 1)
-  best_kz=$(awk -v a="$t" -v b="${best_kz:-$t}" 'BEGIN { print (a < b) ? a : b }')
-  rm -f "$work/big.copy"; sync
-  "$measure" "$work/t" cp --preserve=timestamps "$work/big" "$work/big.copy"; t=$(field "$work/t" 1)
-  best_cp=$(awk -v a="$t" -v b="${best_cp:-$t}" 'BEGIN { print (a < b) ? a : b }')
-done
+read -r kz_s cp_s < <(copy_rounds "$work/big" "$work/big.copy" 'rm -f "$work/big.copy"')
 cmp -s "$work/big" "$work/big.copy" || echo "copy of the big file differs!"
 rm -f "$work/big" "$work/big.copy"
-r=$(ratio "$best_cp" "$best_kz")
-line "copy of 1 GiB:" "tool ${best_kz} s, cp ${best_cp} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
+r=$(ratio "$cp_s" "$kz_s")
+line "copy of 1 GiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
 
 mkdir -p "$work/small"
 "$bin/bench/make_tree" "$work/small" 10000 1024 102400 .dat
 cat "$work"/small/* >/dev/null
-best_kz="" best_cp=""
-for _ in 1 2 3; do
-  rm -rf "$work/small.copy"; mkdir "$work/small.copy"; sync
-  "$measure" "$work/t" "$bin/bench/copy_files" --folder "$work/small" "$work/small.copy"; t=$(field "$work/t" 1)
-  best_kz=$(awk -v a="$t" -v b="${best_kz:-$t}" 'BEGIN { print (a < b) ? a : b }')
-  rm -rf "$work/small.copy"; mkdir "$work/small.copy"; sync
-  "$measure" "$work/t" cp --preserve=timestamps -r "$work/small/." "$work/small.copy/"; t=$(field "$work/t" 1)
-  best_cp=$(awk -v a="$t" -v b="${best_cp:-$t}" 'BEGIN { print (a < b) ? a : b }')
-done
+read -r kz_s cp_s < <(copy_rounds "$work/small" "$work/small.copy" \
+  'rm -rf "$work/small.copy"; mkdir "$work/small.copy"' --folder)
 rm -rf "$work/small" "$work/small.copy"
-r=$(ratio "$best_cp" "$best_kz")
-line "copy of 10,000 files of 1-100 KiB:" "tool ${best_kz} s, cp ${best_cp} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">="))"
+r=$(ratio "$cp_s" "$kz_s")
+line "copy of 10,000 files of 1-100 KiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">="))"
 
 # 4. Peak resident memory of the tool over a run with two passes of both kinds over the
 #    10,000 files of the log folder.

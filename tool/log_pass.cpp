@@ -17,4 +17,6 @@ void logPass(const _kzString<500>& localFolder, const _kzString<500>& networkRoo
     logScan.start(localFolder, false, true, false, false);
     while (logScan.next())
         mirrorFile(logScan.currentPath(), logDestination(networkRoot, logScan.currentName()));
+    // The next pass reads the folder anew: between passes the tool holds no list of names.
+    logScan.releaseSnapshot();
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "files/dir_scan.h"
+#include "platform/memory.h"
 #include "platform/sleep.h"
 #include "process/process_list.h"
 #include "strings/kz_string8.h"
@@ -82,6 +83,9 @@ int kzStartLocalMain(int argc, char** argv) {
     normaliseFolder(networkRoot);
     printSettings(localFolder, networkRoot, copyLogs, copyJobsDB);
 
+    // Each pass reads its folder into a list of whole name records (about 1 KiB a name) and
+    // frees it at its end; this makes that memory leave the process with it.
+    kzReturnLargeBlocksToSystem();
     _kzProcessList processes(false);
     _kzDirScan logScan;
     logScan.addEndFilter(_kzString<500>(".txt"));
