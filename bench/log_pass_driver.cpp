@@ -1,9 +1,11 @@
 // Runs log passes over a folder, as the tool runs them: log_pass_driver LOCAL ROOT PASSES.
-// Prints the wall time of the fastest pass after the first, in milliseconds; the first
+// Prints the median wall time of the passes after the first, in milliseconds; the first
 // pass brings the mirror up to date, so the later ones measure the standing cost.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "tool/log_pass.h"
 

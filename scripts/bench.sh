@@ -2,7 +2,8 @@
 # Measures kzStartLocal against what an administrator would otherwise run: a shell loop
 # around pgrep, rsync and cp. Every figure is taken side by side with its standard tool in
 # this one run, on this machine's real process table and files, and printed as a ratio
-# with its goal. Takes a few minutes and about 2.5 GB of disk in build/bench-work/.
+# with its goal. Takes a few minutes and about 2.5 GB of disk in a temporary folder (on
+# the file system of $TMPDIR, /tmp by default, at the shallow depth of a real setup).
 #
 # Usage: scripts/bench.sh
 set -euo pipefail
@@ -16,9 +17,7 @@ cmake --build --preset default --target kzStartLocal copy_files make_tree log_pa
 bin="$top/build/default"
 measure="$bin/bench/run_measured"
 
-work="$top/build/bench-work"
-rm -rf "$work"
-mkdir -p "$work"
+work=$(mktemp -d "${TMPDIR:-/tmp}/kzbench.XXXXXX")
 pids=()
 cleanup() {
   for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
@@ -54,7 +53,7 @@ copy_rounds() {
     eval "$prepare"; sync
     "$measure" "$work/t" "$bin/bench/copy_files" "$@" "$src" "$dst"; kz+=("$(field "$work/t" 1)")
     eval "$prepare"; sync
-    if [ "$1" = --folder ]; then
+    if [ "${1:-}" = --folder ]; then
       "$measure" "$work/t" cp --preserve=timestamps -r "$src/." "$dst/"
     else
       "$measure" "$work/t" cp --preserve=timestamps "$src" "$dst"
