@@ -138,20 +138,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // The scan's name filter.
     _kzFileList starts, ends;
     std::vector<std::string> startTexts, endTexts;
-    for (int i = in.small(3); i > 0; --i) {
-        startTexts.push_back(randomText(in, 2));
-        if (!startTexts.back().empty())
-            starts.add(_kzString<500>(startTexts.back().c_str()), false, false);
-        else
-            startTexts.pop_back();
-    }
-    for (int i = in.small(3); i > 0; --i) {
-        endTexts.push_back(randomText(in, 2));
-        if (!endTexts.back().empty())
-            ends.add(_kzString<500>(endTexts.back().c_str()), false, false);
-        else
-            endTexts.pop_back();
-    }
+    const auto someFilters = [&](_kzFileList& list, std::vector<std::string>& texts) {
+        for (int i = in.small(3); i > 0; --i) {
+            const std::string text = randomText(in, 2);
+            if (text.empty()) continue; // a scan takes no empty filter
+            texts.push_back(text);
+            list.add(_kzString<500>(text.c_str()), false, false);
+        }
+    };
+    someFilters(starts, startTexts);
+    someFilters(ends, endTexts);
     const std::string prefix = in.small(3) == 0 ? randomText(in, 2) : "";
     const bool isFolder = in.small(2), withFolders = in.small(2);
     const std::string entry = in.small(8) == 0 ? (in.small(2) ? "." : "..") : name;

@@ -10,22 +10,9 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 
-scripts/install-deps.sh rsync libbenchmark-dev
-cmake --preset default >/dev/null
-cmake --build --preset default --target kzStartLocal copy_files make_tree log_pass_driver run_measured \
-  process_snapshot_bench >/dev/null
-bin="$top/build/default"
+KZ_EXTRA_PACKAGES="rsync libbenchmark-dev" source scripts/workspace.sh kzbench \
+  kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench
 measure="$bin/bench/run_measured"
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/kzbench.XXXXXX")
-pids=()
-cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  wait 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-cp "$(command -v sleep)" "$work/kzServerconsole"
 
 # field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
 field() { awk -v n="$2" '{print $n}' "$1"; }

@@ -8,19 +8,8 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 
-scripts/install-deps.sh
-cmake --preset default >/dev/null
-cmake --build --preset default --target kzStartLocal >/dev/null
-tool="$top/build/default/tool/kzStartLocal"
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/kzStartLocal-demo.XXXXXX")
-pids=()
-cleanup() {
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  wait 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
+source scripts/workspace.sh kzStartLocal-demo kzStartLocal
+tool="$bin/tool/kzStartLocal"
 
 local_folder="$work/local"
 network_root="$work/network"
@@ -34,10 +23,9 @@ list() {
   ( cd "$network_root" && find . -type f -printf '  %-52p %6s bytes  %TY-%Tm-%Td %TH:%TM:%.2TS\n' | sort )
 }
 
-# The stand-in server: a copy of `sleep` under the server's process name. The tool looks
-# for it once a second and mirrors every seventh second: at about 7 s and 14 s.
+# The stand-in server lives 16 s. The tool looks for it once a second and mirrors every
+# seventh second: at about 7 s and 14 s.
 server_seconds=16
-cp "$(command -v sleep)" "$work/kzServerconsole"
 "$work/kzServerconsole" "$server_seconds" &
 pids+=($!)
 echo "== stand-in kzServerconsole runs for ${server_seconds}s; kzStartLocal watches it:"

@@ -1,0 +1,22 @@
+# Sourced by the demo and the benchmarks: builds the targets named, makes a temporary
+# workspace with a stand-in kzServerconsole (a copy of `sleep` under the server's name),
+# and removes it, with every process started into `pids`, when the script ends.
+# Sets: work (the workspace), bin (the build folder), pids (to add started processes to).
+# Usage: source scripts/workspace.sh NAME TARGET...   (from the repository's top folder)
+
+kz_workspace_name=$1
+shift
+scripts/install-deps.sh ${KZ_EXTRA_PACKAGES:-}
+cmake --preset default >/dev/null
+cmake --build --preset default --target "$@" >/dev/null
+bin="$PWD/build/default"
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/$kz_workspace_name.XXXXXX")
+pids=()
+kz_cleanup() {
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  wait 2>/dev/null || true
+  rm -rf "$work"
+}
+trap kz_cleanup EXIT
+cp "$(command -v sleep)" "$work/kzServerconsole"
