@@ -113,6 +113,7 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
     const int to = ::open(dst.data, O_WRONLY | O_CREAT | O_CLOEXEC, (st.st_mode | 0664) & 07777);
     if (to < 0) return fail();
 
+    const utimbuf times{st.st_atime, st.st_mtime};
     const long chunk = chunkSizeFor(st);
     const long alignment = leastCommonMultiple(8, ::sysconf(_SC_PAGESIZE));
     void* block = std::malloc(static_cast<size_t>(chunk + alignment + 7));
@@ -123,11 +124,8 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
         unsigned char* buffer =
             reinterpret_cast<unsigned char*>((at + alignment - 1) / alignment * alignment);
         ok = transfer(from, to, S_ISREG(st.st_mode), chunk, buffer, throttleMs, tailIsZero);
-        if (ok) {
-            // The source's time is what makes the next comparison find the copy up to date.
-            const utimbuf times{st.st_atime, st.st_mtime};
-            ok = ::utime(dst.data, &times) == 0;
-        }
+        // The source's time is what makes the next comparison find the copy up to date.
+        if (ok) ok = ::utime(dst.data, &times) == 0;
     }
     int error = ok ? 0 : errno;
     if (::close(to) != 0 && ok) {
@@ -139,6 +137,13 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
         error = errno;
     }
     std::free(block);
+    // Some network file systems (SMB among them) stamp the time of the last write on the
+    // file when it is closed, after the time set above. Setting it once more after the
+    // close makes it hold there; on a local disk it is one more cheap call.
+    if (ok && ::utime(dst.data, &times) != 0) {
+        ok = false;
+        error = errno;
+    }
     if (!ok) errno = error;
     return ok;
 }

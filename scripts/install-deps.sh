@@ -3,7 +3,10 @@
 # Does nothing when everything is there already.
 set -euo pipefail
 
-packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind "$@")
+# The network-share tests serve a folder with Samba and sshd on 127.0.0.1 and mount it
+# through FUSE (smbnetfs, sshfs).
+packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
+  samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3 "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
