@@ -18,14 +18,16 @@ int main(int argc, char** argv) {
     const int passes = std::atoi(argv[3]);
     _kzDirScan scan;
     scan.addEndFilter(_kzString<500>(".txt"));
-    double best = 1e30;
+    std::vector<double> times;
     for (int i = 0; i <= passes; ++i) {
         const auto start = std::chrono::steady_clock::now();
         logPass(local, root, scan);
         const double ms =
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-        if (i > 0 && ms < best) best = ms;
+        if (i > 0) times.push_back(ms);
     }
-    std::printf("%.3f\n", best);
+    if (times.empty()) return 2;
+    std::sort(times.begin(), times.end());
+    std::printf("%.3f\n", times[times.size() / 2]);
     return 0;
 }

@@ -16,6 +16,9 @@ pids=()
 kz_cleanup() {
   for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
   wait 2>/dev/null || true
+  for share in "$work"/share.*/; do
+    [ -d "$share/mnt" ] && tests/support/network_share.sh stop "$share"
+  done
   rm -rf "$work"
 }
 trap kz_cleanup EXIT
