@@ -254,6 +254,12 @@
                                                width, kzstr::FromByte<C>()));                                \
         return *this;                                                                                        \
     }                                                                                                        \
+    /* The same with a text in the record's own characters. */                                               \
+    T& addSpacing(const C* text, const int& width) {                                                         \
+        length = uint16_t(kzstr::appendInField(data, length, N, text, text ? kzstr::textLength(text) : 0,    \
+                                               width, kzstr::Keep()));                                       \
+        return *this;                                                                                        \
+    }                                                                                                        \
     T& addNrSpacing(const long long& v, const signed char& width) {                                          \
         length = uint16_t(kzstr::appendNumberInField(data, length, N, v, width));                            \
         return *this;                                                                                        \

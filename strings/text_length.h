@@ -13,4 +13,8 @@ int length8(const char* text);
 // Count of 16-bit units before the first 0, stopping at kWideScanLimit.
 int length16(const unsigned short* text);
 
+// Either, by the width of the text's characters.
+inline int textLength(const char* text) { return length8(text); }
+inline int textLength(const unsigned short* text) { return length16(text); }
+
 } // namespace kzstr

@@ -56,21 +56,6 @@ TEST(Edit, RemoveCharactersPatternsAndRanges) {
     EXPECT_EQ(textOf(s.remove(2, 99)), "ab"); // a range past the end is held to the text
 }
 
-TEST(Edit, InsertCutsTheOldTailFirst) {
-    _kzString8_allSize<5> s("abcde");
-    s.insert(0, _kzString8_allSize<5>("xy"));
-    EXPECT_EQ(textOf(s), "xyabc");
-    s = "abc";
-    s.insert(99, _kzString8_allSize<5>("xyz"));
-    EXPECT_EQ(textOf(s), "abcxy");
-    s = "ab";
-    s.insert(1, _kzString8_allSize<5>("12345"));
-    EXPECT_EQ(textOf(s), "a1234");
-    s = "ab";
-    s.insert(1, s);
-    EXPECT_EQ(textOf(s), "aabb");
-}
-
 TEST(Edit, SlicesAndTheDelimiterRules) {
     const S8 abc("abc");
     EXPECT_EQ(textOf(abc.mid(1, 2)), "bc");
@@ -117,27 +102,23 @@ TEST(Edit, TrimKnowsFiveWhitespaceCodes) {
     EXPECT_EQ(textOf(withNul.trim()), "ab");
 }
 
-TEST(Edit, PaddedAppendsAndCharacterStrings) {
-    S8 s;
-    EXPECT_EQ(textOf(s.addSpacingC("ab", 5)), "ab   ");
-    s.clear();
-    EXPECT_EQ(textOf(s.addSpacingC("ab", -5)), "   ab");
-    s.clear();
-    EXPECT_EQ(textOf(s.addSpacingC("ab", 1)), "ab");
-    s.clear();
-    EXPECT_EQ(textOf(s.addSpacingC(nullptr, 3)), "   ");
-    _kzString8_allSize<6> small("abcd");
-    EXPECT_EQ(textOf(small.addSpacingC("xyz", -5)), "abcdxy"); // the field is held to the free room
-    _kzString<20> w("[");
-    w.addSpacingC("\xE4", 2);
-    EXPECT_EQ(w.data[1], 0xFFE4);
-    EXPECT_EQ(w.length, 3);
-
-    EXPECT_EQ(textOf(S8::createCharString('x', 3)), "xxx");
-    EXPECT_EQ(_kzString8_allSize<6>::createCharString('x', 10).length, 6);
-    EXPECT_EQ(S8::createCharString('x', 0).length, 0);
-    const auto dashes = _kzString<10>::createCharString(static_cast<unsigned short>('-'), 4);
-    EXPECT_EQ(textOf(dashes), "----");
+// A field of abs(width) blanks, behind the text for a positive width and in front for a
+// negative one; the text itself is cut only by the capacity.
+TEST(Edit, SpacedFieldsInEitherCharacterWidth) {
+    const unsigned short ab[] = {'a', 'b', 0}, longer[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 0};
+    struct Case {
+        const unsigned short* text;
+        int width;
+        const char* expected;
+    };
+    for (const Case& c : {Case{ab, 5, "xab   "}, Case{ab, -5, "x   ab"}, Case{ab, 1, "xab"}, Case{nullptr, 3, "x   "},
+                          Case{longer, 3, "xabcde"}, Case{longer, -9, "x     "}, Case{nullptr, 0, "x"}}) {
+        _kzString<6> wide("x");
+        EXPECT_EQ(textOf(wide.addSpacing(c.text, c.width)), c.expected) << c.width;
+        std::string narrowText;
+        for (const unsigned short* p = c.text; p && *p; ++p) narrowText += static_cast<char>(*p);
+        _kzString8_allSize<6> narrow("x");
+        EXPECT_EQ(textOf(narrow.addSpacing(c.text ? narrowText.c_str() : nullptr, c.width)), c.expected);
+    }
 }
-
 } // namespace

@@ -29,25 +29,6 @@ TEST(Numbers, ZeroPaddingOnEachTemplate) {
     EXPECT_EQ(textOf(older), "007");
 }
 
-TEST(Numbers, UnsignedFormsAndSpacing) {
-    _kzString<50> w;
-    w.addNr(static_cast<unsigned char>(200));
-    w += ' ';
-    w.addNr(4000000000u);
-    w += ' ';
-    w.addNr(18446744073709551615ull);
-    EXPECT_EQ(textOf(w), "200 4000000000 18446744073709551615");
-
-    S8 s;
-    s.addNrSpacing(42, static_cast<signed char>(-6));
-    EXPECT_EQ(textOf(s), "    42");
-    s.clear();
-    s.addNrSpacing(42, static_cast<signed char>(6));
-    EXPECT_EQ(textOf(s), "42    ");
-    EXPECT_EQ(textOf(_kzString8_allSize<6>::fromNr(-1234567)), "-12345");
-    EXPECT_EQ(textOf(_kzString<10>::fromNr(99)), "99");
-}
-
 TEST(Numbers, ParsingWithAndWithoutTheValidityFlag) {
     struct Case {
         const char* text;
@@ -107,38 +88,6 @@ TEST(Numbers, HexadecimalText) {
               "E441");
     EXPECT_EQ(S8().asHexString().length, 0);
     EXPECT_EQ(textOf(_kzString8_allSize<6>("abcdef").asHexString()), "616263");
-}
-
-TEST(Numbers, HexFieldsAreReadNarrowedAndCut) {
-    bool ok = false;
-    S8 s("FFFE12");
-    EXPECT_EQ(s.toIntFromHex(16, true, true, &ok), -2);
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(textOf(s), "12");
-    s = "0000FF";
-    EXPECT_EQ(s.toIntFromHex(24, true, false, &ok), 0);
-    EXPECT_FALSE(ok);
-    EXPECT_EQ(s.toIntFromHex(24, false, false, &ok), 255);
-    EXPECT_TRUE(ok);
-    s = "80";
-    EXPECT_EQ(s.toIntFromHex(8, true, true, &ok), -128);
-    EXPECT_TRUE(s.isEmpty());
-    s = "FFFFFFFF";
-    EXPECT_EQ(s.toIntFromHex(32, true, false, &ok), -1);
-    s = "zz";
-    EXPECT_EQ(s.toIntFromHex(8, true, false, &ok), 0);
-    EXPECT_FALSE(ok);
-    EXPECT_EQ(s.toIntFromHex(8, false, false, &ok), 0);
-    EXPECT_TRUE(ok); // without narrowing the text is not judged
-}
-
-TEST(Numbers, FreeHelpers) {
-    EXPECT_EQ(textOf(kzIntToText(-2147483647 - 1)), "-2147483648");
-    EXPECT_EQ(textOf(kzFloatToText(2, '.', 3.5f)), "3.50");
-    EXPECT_EQ(textOf(kzFloatToText(2, '.', 1.999f)), "1.100");
-    EXPECT_EQ(textOf(kzFloatToText(2, '.', -1.5f)), "-1.-50");
-    EXPECT_EQ(textOf(kzFloatToText(0, '.', 5.7f)), "5.1");
-    EXPECT_EQ(textOf(kzFloatToText(3, ',', 0.05f)), "0,050");
 }
 
 } // namespace

@@ -56,38 +56,6 @@ TEST(Search, PatternSearchFindsTheFirstOccurrence) {
     EXPECT_EQ(S16("\xE4\xF6z").indexOf("\xF6Z"), 1);
 }
 
-TEST(Search, IndexOfFirstOccGivesTheLastListedPatternFound) {
-    const S8 s("xxaxb");
-    int which = 7;
-    EXPECT_EQ(s.indexOfFirstOcc(S8("b"), S8("a"), &which), 2);
-    EXPECT_EQ(which, 1);
-    EXPECT_EQ(s.indexOfFirstOcc(S8("a"), S8("b"), &which), 4);
-    EXPECT_EQ(which, 1);
-    EXPECT_EQ(s.indexOfFirstOcc(S8("x"), S8("b"), &which), 0);
-    EXPECT_EQ(which, 0);
-    EXPECT_EQ(s.indexOfFirstOcc(S8("q"), S8("r"), &which), -1);
-    EXPECT_EQ(which, -1);
-    EXPECT_EQ(s.indexOfFirstOcc(S8("q"), S8("a"), S8("q"), S8("B"), S8("q"), S8("q"), nullptr), 4);
-}
-
-TEST(Search, CountContainsAndTheirCaseRules) {
-    const S8 s("Banana\xE4");
-    EXPECT_EQ(s.count('a'), 3);
-    EXPECT_EQ(s.count('B'), 1);
-    EXPECT_EQ(s.countCaseSen('b'), 0);
-    EXPECT_EQ(s.count('\xE4'), 1);
-    EXPECT_EQ(S16("Banana\xE4").count('\xE4'), 0); // a byte above 0x7F meets no 16-bit character
-    EXPECT_TRUE(s.contains('N'));
-    EXPECT_FALSE(S8().contains('a'));
-    EXPECT_TRUE(s.contains("NAN"));
-    EXPECT_FALSE(s.contains(""));
-    EXPECT_FALSE(s.containsCaseSen("NAN"));
-    EXPECT_TRUE(s.containsCaseSen("nanX", 3));
-    EXPECT_FALSE(s.containsCaseSen(nullptr, 3));
-    EXPECT_TRUE(s.containsUpperCaseInput("BANANA"));
-    EXPECT_FALSE(s.containsUpperCaseInput("banana")); // the argument is taken as it stands
-}
-
 TEST(Search, PrefixesAndSuffixes) {
     const S8 file("FILE.TXT");
     EXPECT_TRUE(file.endsWith("txt"));
@@ -116,31 +84,6 @@ TEST(Search, PrefixesAndSuffixes) {
     const _kzString8_allSize<6> full("abcdef");
     EXPECT_FALSE(full.startsWith("abcdefg"));
     EXPECT_FALSE(full.endsWith("abcdefg"));
-}
-
-TEST(Search, EqualityForms) {
-    const S8 s("Abc");
-    EXPECT_TRUE(s.isEqual(S8("aBC")));
-    EXPECT_TRUE(s.isEqual("ABCdef", 3));
-    EXPECT_FALSE(s.isEqual("ABC", 2));
-    EXPECT_TRUE(s.isEqualSameCase(S8("Abc")));
-    EXPECT_FALSE(s.isEqualSameCase(S8("abc")));
-    EXPECT_TRUE(s.isEqualSameCase("Abcx", 3));
-    EXPECT_FALSE(s.isEqualSameCase("abc", 3));
-    EXPECT_TRUE(s.isEqualUpperCaseInput(S8("ABC")));
-    EXPECT_FALSE(s.isEqualUpperCaseInput(S8("Abc")));
-    EXPECT_TRUE(s.isEqualLowerCaseInput(S8("abc")));
-
-    // On 16-bit strings a byte above 0x7F is a sign-extended number that no stored
-    // character equals, however the string was filled.
-    S16 zeroExtended;
-    zeroExtended = "\xE4";
-    EXPECT_FALSE(S16("\xE4").isEqual("\xE4", 1));
-    EXPECT_FALSE(zeroExtended.isEqual("\xE4", 1));
-    const unsigned short wide[] = {'a', 'B', 0};
-    EXPECT_TRUE(S16("Ab").isEqual(wide, 2));
-    EXPECT_FALSE(S16("Ab").isEqualSameCase(wide, 2));
-    EXPECT_TRUE(S16("aB").isEqualSameCase(wide, 2));
 }
 
 TEST(Search, OrderingAndOperators) {

@@ -20,16 +20,6 @@ void expectSound(const _kzString8_allSize<N>& s) {
     EXPECT_EQ(s.data[s.length], 0);
 }
 
-TEST(String8, RecordIsPackedAtEveryParity) {
-    EXPECT_EQ(sizeof(_kzString8_allSize<6>), 2u + 6 + 1);
-    EXPECT_EQ(sizeof(_kzString8_allSize<7>), 2u + 7 + 1);
-    EXPECT_EQ(offsetof(_kzString8_allSize<25>, data), 2u);
-    _kzString8_allSize<10> s("abc");
-    EXPECT_EQ(reinterpret_cast<void*>(s.asUni()), reinterpret_cast<void*>(&s));
-    EXPECT_EQ(s.asUni()->length, 3);
-    EXPECT_STREQ(s.asUni()->chars(), "abc");
-}
-
 TEST(String8, EveryWayInCutsAtCapacity) {
     const char* const longText = "abcdefghij"; // 10 characters into a capacity of 6
     std::vector<_kzString8_allSize<6>> results;
@@ -113,56 +103,6 @@ TEST(String8, WideTextIsScannedAtMost1024Characters) {
     EXPECT_EQ(static_cast<unsigned char>(narrowed.data[0]), 0x34);
 }
 
-TEST(String8, CountedTextIsTakenWithoutLookingForZero) {
-    const char bytes[] = {'a', 0, 'b', 'c'};
-    _kzString8_allSize<10> s(bytes, 4);
-    EXPECT_EQ(s.length, 4);
-    EXPECT_EQ(std::memcmp(s.data, bytes, 4), 0);
-    EXPECT_EQ(s.data[4], 0);
-    s.add(bytes, 2);
-    EXPECT_EQ(s.length, 6);
-}
-
-TEST(String8, NullPointersFollowEachOperationsRule) {
-    const char* none = nullptr;
-    _kzString8_allSize<10> fromNull(none);
-    EXPECT_EQ(fromNull.length, 0);
-    EXPECT_EQ(fromNull.data[0], 0);
-
-    // Assignment of a null pointer empties the length but keeps the old bytes.
-    _kzString8_allSize<10> s("hello");
-    s = none;
-    EXPECT_EQ(s.length, 0);
-    EXPECT_EQ(std::string(s.data), "hello");
-    s = "hello";
-    s.fromChar(none, 3);
-    EXPECT_EQ(s.length, 0);
-    EXPECT_EQ(s.data[0], 'h');
-
-    // Appending nothing changes nothing.
-    s = "hi";
-    s.add(none);
-    s.add(none, 5);
-    s.add("abc", 0);
-    s += none;
-    EXPECT_EQ(text(s), "hi");
-    EXPECT_EQ(text(s.combined(none)), "hi");
-    const unsigned short* noWide = nullptr;
-    EXPECT_EQ(_kzString8_allSize<10>(noWide).length, 0);
-    const _kzString8_Uni_pointer* noView = nullptr;
-    EXPECT_EQ(_kzString8_allSize<10>(noView).length, 0);
-}
-
-TEST(String8, SingleCharacterAssignmentCountsAZero) {
-    _kzString8_allSize<10> s("abc");
-    s = '\0';
-    EXPECT_EQ(s.length, 1);
-    EXPECT_EQ(s.data[0], 0);
-    s = 'z';
-    EXPECT_EQ(text(s), "z");
-    EXPECT_EQ(s.data[1], 0);
-}
-
 TEST(String8, SetLengthAndCalcLengthStayInsideTheRecord) {
     _kzString8_allSize<250> s("abcdef");
     s.setLength(-1);
@@ -190,19 +130,6 @@ TEST(String8, SetLengthAndCalcLengthStayInsideTheRecord) {
     std::strcpy(full.data, "ab");
     full.calcLength();
     EXPECT_EQ(full.length, 2);
-}
-
-TEST(String8, ClearAndClearUnusedMakeEqualTextsEqualBlocks) {
-    _kzString8_allSize<10> a("abcdefgh");
-    a = "xy";
-    _kzString8_allSize<10> b("xy");
-    EXPECT_NE(std::memcmp(&a, &b, sizeof a), 0);
-    a.clearUnused();
-    EXPECT_EQ(std::memcmp(&a, &b, sizeof a), 0);
-    a.clear();
-    EXPECT_TRUE(a.isEmpty());
-    EXPECT_FALSE(a.hasData());
-    for (char c : a.data) EXPECT_EQ(c, 0);
 }
 
 TEST(String8, IsEqualIgnoresCaseOnlyForAsciiLetters) {

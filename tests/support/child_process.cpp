@@ -10,10 +10,17 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <ctime>
 #include <fstream>
 
 #include <gtest/gtest.h>
+
+std::string whyOtherProcessesShow() {
+    if (getpid() == 1) return "";
+    const char* why = std::getenv("KZ_NO_OWN_PROCESSES");
+    return why ? why : "not started in a PID namespace of its own (ctest starts it through tests/support/own_processes.sh)";
+}
 
 long long monotonicMs() {
     timespec ts;
@@ -145,12 +152,16 @@ std::string ChildProcess::readUntil(const std::string& needle, int timeoutMs) {
 
 std::string ChildProcess::readAll(int timeoutMs) { return readUntil("", timeoutMs); }
 
-std::string installStandIn(const std::string& folder, const std::string& fileName) {
+std::string installProgram(const std::string& program, const std::string& folder, const std::string& fileName) {
     const std::string target = folder + "/" + fileName;
-    std::ifstream in(KZ_STAND_IN_PATH, std::ios::binary);
+    std::ifstream in(program, std::ios::binary);
     std::ofstream out(target, std::ios::binary | std::ios::trunc);
     out << in.rdbuf();
     out.close();
     if (!out || chmod(target.c_str(), 0755) != 0) ADD_FAILURE() << "could not install " << target;
     return target;
+}
+
+std::string installStandIn(const std::string& folder, const std::string& fileName) {
+    return installProgram(KZ_STAND_IN_PATH, folder, fileName);
 }

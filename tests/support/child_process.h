@@ -46,8 +46,20 @@ private:
     std::string output_;
 };
 
-// Copies the stand-in program into `folder` under `fileName`, executable, and returns its path.
+// Copies a program into `folder` under `fileName`, executable by everyone, and returns its
+// path. A child that runs as another user starts its copy in a folder that user can reach,
+// wherever the build lies.
+std::string installProgram(const std::string& program, const std::string& folder, const std::string& fileName);
+// The same for the stand-in program.
 std::string installStandIn(const std::string& folder, const std::string& fileName);
+
+// Empty where this test process sees only its own processes (it is the first process of a
+// PID namespace of its own, see own_processes.sh); otherwise why not.
+std::string whyOtherProcessesShow();
+// For tests whose outcome depends on which processes exist: skipped, with the reason, where
+// the machine's other processes could change it.
+#define KZ_NEEDS_OWN_PROCESSES()                                                                   \
+    if (const std::string why = whyOtherProcessesShow(); !why.empty()) GTEST_SKIP() << why
 
 // Milliseconds on a monotonic clock.
 long long monotonicMs();

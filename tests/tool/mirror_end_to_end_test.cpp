@@ -53,7 +53,9 @@ struct ToolRun {
         if (root.empty()) root = printedRoot = folders.root;
         std::vector<std::string> argv = {"kzStartLocal", folders.local, root};
         argv.insert(argv.end(), options.begin(), options.end());
-        tool = ChildProcess::start(KZ_TOOL_PATH, argv, true, uid);
+        const std::string program =
+            uid < 0 ? KZ_TOOL_PATH : installProgram(KZ_TOOL_PATH, folders.dir.path(), "kzStartLocal");
+        tool = ChildProcess::start(program, argv, true, uid);
     }
     std::string expectedOutput() const {
         bool logs = false, jobs = false;
@@ -66,6 +68,7 @@ struct ToolRun {
 };
 
 TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
+    KZ_NEEDS_OWN_PROCESSES();
     TempDir serverDir;
     const std::string serverPath = installStandIn(serverDir.path(), "kzServerconsole");
     ChildProcess server = ChildProcess::start(serverPath, {serverPath});

@@ -1,6 +1,4 @@
 // The two mirror passes, driven in-process over real folders, many passes in a row.
-#include <signal.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -49,31 +47,6 @@ TEST(LogPass, TheNameTable) {
     EXPECT_EQ(logDestination(wide(root), wide("server.txt")).length, 500);
 }
 
-TEST(LogPass, CopiesTextFilesOfOneLevelWithTheirBytesAndTimes) {
-    MirrorFolders f;
-    writeFile(f.local + "server.txt", "server log");
-    writeFile(f.local + "b__local.txt", "local log");
-    writeFile(f.local + "UPPER.TXT", "upper");
-    writeFile(f.local + "a.txt.log", "not a log");
-    writeFile(f.local + "jobs.db", "db");
-    ::mkdir((f.local + "x.txt").c_str(), 0755);
-    ::mkdir((f.local + "sub").c_str(), 0755);
-    writeFile(f.local + "sub/inner.txt", "deeper");
-    setModified(f.local + "server.txt", 1600000000);
-
-    Passes passes;
-    passes.logs(f);
-    EXPECT_EQ(readFile(f.logs + "server__copyFromLocal.txt"), "server log");
-    EXPECT_EQ(modifiedAt(f.logs + "server__copyFromLocal.txt"), 1600000000);
-    EXPECT_EQ(readFile(f.logs + "b__copyFromLocal.txt"), "local log");
-    EXPECT_EQ(readFile(f.logs + "UPPER__copyFromLocal.txt"), "upper");
-    // Nothing else: no folders, no sub-folders, no other endings, no job folder.
-    EXPECT_EQ(readFile(f.logs + "a__copyFromLocal.txt.log"), "<missing>");
-    EXPECT_FALSE(isFolderAt(f.logs + "x__copyFromLocal.txt"));
-    EXPECT_EQ(readFile(f.logs + "inner__copyFromLocal.txt"), "<missing>");
-    EXPECT_FALSE(isFolderAt(f.root + "sub/cfg_global"));
-}
-
 TEST(LogPass, DecidesAgainAtEveryPassFromTimeAndSize) {
     MirrorFolders f;
     const std::string source = f.local + "s.txt", mirror = f.logs + "s__copyFromLocal.txt";
@@ -106,54 +79,6 @@ TEST(LogPass, DecidesAgainAtEveryPassFromTimeAndSize) {
     setModified(source, 1600000100);
     passes.logs(f);
     EXPECT_EQ(readFile(mirror), "0123");
-}
-
-TEST(LogPass, FailuresAreSilentAndRepairedByALaterPass) {
-    MirrorFolders f;
-    writeFile(f.local + "s.txt", "log");
-    Passes passes;
-    // No log folder: nothing is copied and the pass doesn't make one.
-    ::rmdir(f.logs.c_str());
-    passes.logs(f);
-    EXPECT_FALSE(isFolderAt(f.logs));
-    ::mkdir(f.logs.c_str(), 0755);
-
-    // A folder where the mirror should stand: the copy fails, until it is gone.
-    ::mkdir((f.logs + "s__copyFromLocal.txt").c_str(), 0755);
-    passes.logs(f);
-    EXPECT_TRUE(isFolderAt(f.logs + "s__copyFromLocal.txt"));
-    ::rmdir((f.logs + "s__copyFromLocal.txt").c_str());
-    passes.logs(f);
-    EXPECT_EQ(readFile(f.logs + "s__copyFromLocal.txt"), "log");
-
-    // A missing local folder: nothing happens.
-    MirrorFolders empty;
-    ::rmdir(empty.local.c_str());
-    passes.logs(empty);
-    passes.jobs(empty);
-    EXPECT_TRUE(isFolderAt(empty.jobs));
-}
-
-// A pass whose copy is cut by a file-size limit, in a child process.
-void logPassUnderSizeLimit(const std::string& local, const std::string& root) {
-    ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{4096, 4096};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    _kzDirScan scan;
-    scan.addEndFilter(wide(".txt"));
-    logPass(wide(local), wide(root), scan);
-    std::exit(0);
-}
-
-TEST(LogPass, ACopyCutShortIsTakenAgainAtTheNextPass) {
-    MirrorFolders f;
-    const std::string big(100000, 'b');
-    writeFile(f.local + "big.txt", big);
-    EXPECT_EXIT(logPassUnderSizeLimit(f.local, f.root), ::testing::ExitedWithCode(0), "");
-    EXPECT_EQ(readFile(f.logs + "big__copyFromLocal.txt").size(), 4096u);
-    Passes passes;
-    passes.logs(f);
-    EXPECT_EQ(readFile(f.logs + "big__copyFromLocal.txt"), big);
 }
 
 TEST(JobDbPass, NamesWithJobsDbInAnyCaseGoUnchangedToTheJobFolder) {
@@ -195,32 +120,6 @@ TEST(JobDbPass, NamesWithJobsDbInAnyCaseGoUnchangedToTheJobFolder) {
     writeFile(blocked.local + "jobs.db", "db");
     passes.jobs(blocked);
     EXPECT_EQ(readFile(blocked.root + "sub/cfg_global/__copyFromLocal"), "in the way");
-}
-
-TEST(JobDbPass, ManyPassesCopyOnlyWhatChanged) {
-    MirrorFolders f;
-    Passes passes;
-    std::string mark;
-    for (int pass = 0; pass < 50; ++pass) {
-        const bool changed = pass % 10 == 0;
-        if (changed) {
-            writeFile(f.local + "jobs.db", "v" + std::to_string(pass));
-            setModified(f.local + "jobs.db", 1600000000 + pass);
-        }
-        passes.jobs(f);
-        if (changed) {
-            ASSERT_EQ(readFile(f.jobs + "jobs.db"), "v" + std::to_string(pass));
-            // A mark of the same size and time, which only a needless copy would undo.
-            mark = "m" + std::to_string(pass);
-            writeFile(f.jobs + "jobs.db", mark);
-            setModified(f.jobs + "jobs.db", 1600000000 + pass);
-        } else {
-            ASSERT_EQ(readFile(f.jobs + "jobs.db"), mark) << "pass " << pass;
-        }
-    }
-    writeFile(f.local + "jobs.db", "final");
-    passes.jobs(f);
-    EXPECT_EQ(readFile(f.jobs + "jobs.db"), "final");
 }
 
 } // namespace

@@ -99,6 +99,7 @@ bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
 }
 
 TEST(NetworkShares, TheMirrorSettlesOnSmbAndSftp) {
+    KZ_NEEDS_OWN_PROCESSES();
     ShareRun smb("smb"), sftp("sftp");
     for (ShareRun* run : {&smb, &sftp})
         if (!run->share.up()) GTEST_SKIP() << run->share.skipReason();

