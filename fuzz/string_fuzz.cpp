@@ -106,6 +106,31 @@ int modelCompare(const std::basic_string<C>& a, const std::basic_string<C>& b) {
 
 int sign(int v) { return (v > 0) - (v < 0); }
 
+// Numbers and hex codes on the templates that have them (the older layouts do not).
+template <typename S>
+auto addNumber(S& s, long long v, int) -> decltype(s.addNr(v), bool()) {
+    s.addNr(v);
+    return true;
+}
+template <typename S>
+bool addNumber(S&, long long, long) {
+    return false;
+}
+template <typename S>
+auto addHex(S& s, int v, int) -> decltype(s.addHexCode(v), bool()) {
+    s.addHexCode(v);
+    return true;
+}
+template <typename S>
+bool addHex(S&, int, long) {
+    return false;
+}
+
+template <typename C>
+std::basic_string<C> widen(const std::string& text) {
+    return std::basic_string<C>(text.begin(), text.end());
+}
+
 // Random text of the record's character type: few distinct letters of both cases, so
 // that patterns match often, and now and then a character above 0x7F.
 template <typename C>
@@ -150,7 +175,7 @@ void run(Input& in) {
         const S ra = recordOf<S>(a.substr(0, N)), rb = recordOf<S>(b);
         const std::basic_string<C> pa = a.substr(0, N);
         const int start = in.small(N + 3) - 1;
-        switch (in.small(12)) {
+        switch (in.small(17)) {
         case 0:
             s = ra;
             model = pa;
@@ -210,6 +235,51 @@ void run(Input& in) {
             if (std::basic_string<C>(left.data, left.length) !=
                 model.substr(0, n < 0 ? 0 : static_cast<size_t>(n)))
                 fail("left", step);
+            break;
+        }
+        case 11: {
+            const bool fits = !b.empty() && b.size() <= model.size();
+            const bool starts = fits && upper(model.substr(0, b.size())) == upper(b);
+            const bool startsExactly = fits && model.compare(0, b.size(), b) == 0;
+            const bool ends = fits && upper(model.substr(model.size() - b.size())) == upper(b);
+            if (s.startsWith(rb) != starts || s.startsWithCaseSen(rb) != startsExactly || s.endsWith(rb) != ends)
+                fail("startsWith/endsWith", step);
+            break;
+        }
+        case 12: {
+            // Backwards, exactly; a start outside the text starts at its end.
+            const C c = b.empty() ? C('a') : b[0];
+            int expected = -1;
+            const int last = static_cast<int>(model.size()) - 1;
+            for (int i = (start >= 0 && start <= last) ? start : last; i >= 0; --i)
+                if (model[static_cast<size_t>(i)] == c) {
+                    expected = i;
+                    break;
+                }
+            if (s.lastIndexOf(c, start) != expected) fail("lastIndexOf", step);
+            break;
+        }
+        case 13: {
+            const long long v = static_cast<long long>(in.byte()) * 997 - 100000;
+            if (addNumber(s, v, 0)) model = (model + widen<C>(std::to_string(v))).substr(0, N);
+            break;
+        }
+        case 14: {
+            const int v = static_cast<int>(in.byte()) * 65537 * (in.small(2) ? -1 : 1);
+            char hex[16];
+            std::snprintf(hex, sizeof hex, "%08X", static_cast<unsigned>(v));
+            if (addHex(s, v, 0)) model = (model + widen<C>(hex)).substr(0, N);
+            break;
+        }
+        case 15: {
+            // A length below 1 empties, one above the capacity fills it; behind the old
+            // text a longer length shows what lay there before.
+            const int n = in.small(N + 4) - 2;
+            s.setLength(n);
+            const int expected = n < 1 ? 0 : (n > N ? N : n);
+            if (s.length != expected) fail("setLength", step);
+            if (expected <= static_cast<int>(model.size())) model.resize(static_cast<size_t>(expected));
+            else model.assign(s.data, s.length);
             break;
         }
         default: {

@@ -38,78 +38,32 @@ TEST(Search, LastIndexOfIsExactAndStartsAtTheEndWhenOutside) {
     EXPECT_EQ(S16("a/b/c").lastIndexOf(static_cast<unsigned short>('/'), 2), 1);
 }
 
-TEST(Search, PatternSearchFindsTheFirstOccurrence) {
-    // Windows with equal sums but other characters must not be taken: "ad" and "bc" both
-    // sum to 197.
-    const S8 s("xbcadbcad");
-    EXPECT_EQ(s.indexOfCaseSen(S8("ad"), 0), 3);
-    EXPECT_EQ(s.indexOfCaseSen(S8("ad"), 4), 7);
-    EXPECT_EQ(s.indexOf(S8("AD"), 0), 3);
-    EXPECT_EQ(s.indexOf(S8(""), 0), -1);
-    EXPECT_EQ(s.indexOf(S8("xbcadbcad"), 0), 0);
-    EXPECT_EQ(s.indexOf(S8("XBCADBCAD"), 0), 0);
-    EXPECT_EQ(s.indexOfCaseSen(S8("XBCADBCAD"), 0), -1);
-    EXPECT_EQ(s.indexOf(S8("xbcadbcadx"), 0), -1);
-    EXPECT_EQ(s.indexOf(S8("d"), 8), 8); // the last window
-    // Bytes above 0x7F are summed as signed values and still found.
-    EXPECT_EQ(S8("a\xE4\xF6z").indexOfCaseSen(S8("\xF6z"), 0), 2);
-    EXPECT_EQ(S16("\xE4\xF6z").indexOf("\xF6Z"), 1);
-}
-
-TEST(Search, PrefixesAndSuffixes) {
+TEST(Search, PrefixesAndSuffixesWithTheirCountsAndCaseRules) {
     const S8 file("FILE.TXT");
     EXPECT_TRUE(file.endsWith("txt"));
-    EXPECT_TRUE(file.endsWith(S8(".Txt")));
     EXPECT_FALSE(file.endsWith('t')); // one character compares exactly
-    EXPECT_TRUE(file.endsWith('T'));
-    EXPECT_TRUE(file.startsWith("file.txt"));
-    EXPECT_FALSE(file.startsWith("file.txtx"));
-    EXPECT_FALSE(file.startsWith(""));
-    EXPECT_FALSE(file.endsWith(""));
     EXPECT_FALSE(file.startsWith(static_cast<const char*>(nullptr)));
-    EXPECT_FALSE(S8().startsWith("a"));
-    EXPECT_TRUE(file.startsWithCaseSen("FILE"));
-    EXPECT_FALSE(file.startsWithCaseSen("file"));
-    EXPECT_TRUE(file.startsWithCaseSen(S8("FI")));
     EXPECT_TRUE(file.startsWith("fiXXX", 2));
     EXPECT_FALSE(file.startsWith("fi", 0));
     EXPECT_FALSE(file.startsWith("file.txt.", 9)); // count beyond the string
     // endsWith with a count: the count only gates, the pattern is the whole text.
     EXPECT_TRUE(file.endsWith(".txt", 1));
     EXPECT_FALSE(file.endsWith(".txt", 9));
-    EXPECT_FALSE(file.endsWith("A.FILE.TXT", 3));
-    EXPECT_TRUE(file.startsWith('F'));
-    EXPECT_FALSE(file.startsWith('f'));
     // A text longer than the capacity never matches, even where its cut form would.
-    const _kzString8_allSize<6> full("abcdef");
-    EXPECT_FALSE(full.startsWith("abcdefg"));
-    EXPECT_FALSE(full.endsWith("abcdefg"));
+    EXPECT_FALSE(_kzString8_allSize<6>("abcdef").startsWith("abcdefg"));
 }
 
 TEST(Search, OrderingAndOperators) {
     EXPECT_EQ(S8("abc").compare(S8("ABCD")), -1);
-    EXPECT_EQ(S8("abcd").compare(S8("ABC")), 1);
-    EXPECT_EQ(S8("abc").compare(S8("ABC")), 0);
-    EXPECT_LT(S8("abc").compare(S8("ABD")), 0);
     EXPECT_EQ(S8("abc").compareSameCase(S8("abcd")), 0);
-    EXPECT_NE(S8("abc").compareSameCase(S8("ABC")), 0);
     EXPECT_TRUE(S8("abc") < S8("abcd"));
-    EXPECT_FALSE(S8("abc") > S8("abcd"));
     EXPECT_TRUE(S8("abd") > S8("abcd"));
-    // Bytes order as unsigned, 16-bit characters by their low byte first.
-    EXPECT_TRUE(S8("a") < S8("\xE4"));
+    EXPECT_TRUE(S8("a") < S8("\xE4")); // bytes order as unsigned, 16-bit characters low byte first
     S16 low, high;
     low += static_cast<unsigned short>(0x0201);
     high += static_cast<unsigned short>(0x0102);
     EXPECT_TRUE(low < high);
-    EXPECT_GT(high.compare(low), 0);
-
-    EXPECT_TRUE(S8("abc") == S8("abc"));
-    EXPECT_TRUE(S8("abc") != S8("abC"));
-    EXPECT_TRUE(S8("abc") == "abc");
-    EXPECT_FALSE(S8("abc") == "abcd");
     const char* none = nullptr;
-    EXPECT_FALSE(S8("") == none);
     EXPECT_TRUE(S8("") != none);   // the 8-bit form: a null pointer is unequal
     EXPECT_FALSE(S16("") == none); // the 16-bit form: neither equal nor unequal
     EXPECT_FALSE(S16("") != none);
@@ -117,9 +71,6 @@ TEST(Search, OrderingAndOperators) {
     zeroExtended = "\xE4";
     EXPECT_TRUE(zeroExtended == "\xE4");
     EXPECT_FALSE(S16("\xE4") == "\xE4");
-    const unsigned short wide[] = {'a', 0};
-    EXPECT_TRUE(S16("a") == wide);
-    EXPECT_FALSE(S16("ab") == wide);
 }
 
 } // namespace
