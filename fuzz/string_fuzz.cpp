@@ -135,12 +135,12 @@ std::basic_string<C> widen(const std::string& text) {
 // that patterns match often, and now and then a character above 0x7F.
 template <typename C>
 std::basic_string<C> randomText(Input& in, int maxLength) {
-    static const char alphabet[] = {'a', 'A', 'b', 'B', ' ', '\t', '.', '\xE4'};
+    static const char alphabet[] = {'a', 'A', 'b', 'B', ' ', '\t', '.', '\xE4', 'z', '\r'};
     std::basic_string<C> text;
     const int n = in.small(maxLength + 1);
     for (int i = 0; i < n; ++i) {
-        const int pick = in.small(10);
-        if (pick < 8)
+        const int pick = in.small(12);
+        if (pick < 10)
             text += static_cast<C>(alphabet[pick]);
         else if (sizeof(C) == 2)
             text += static_cast<C>(0x100 + in.byte());

@@ -21,7 +21,7 @@ cd "$work"
 cmake --preset default >/dev/null
 cmake --build --preset default >/dev/null
 
-suite() { ctest --preset default --stop-on-failure -E '^tool_under_valgrind$' >"$work/ctest.log" 2>&1; }
+suite() { ctest --preset default -j 6 --stop-on-failure -E '^tool_under_valgrind$' >"$work/ctest.log" 2>&1; }
 echo "Baseline: the suite without faults"
 if ! suite; then
   echo "The suite fails without any fault; see below." >&2

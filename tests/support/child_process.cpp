@@ -28,6 +28,15 @@ long long monotonicMs() {
     return static_cast<long long>(ts.tv_sec) * 1000 + ts.tv_nsec / 1000000;
 }
 
+bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
+    const long long deadline = monotonicMs() + timeoutMs;
+    while (!condition()) {
+        if (monotonicMs() > deadline) return false;
+        usleep(50000);
+    }
+    return true;
+}
+
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept { *this = std::move(other); }
 
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {

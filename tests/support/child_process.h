@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -63,3 +64,5 @@ std::string whyOtherProcessesShow();
 
 // Milliseconds on a monotonic clock.
 long long monotonicMs();
+// Polls `condition` every 50 ms until it holds (true) or `timeoutMs` has passed (false).
+bool waitFor(const std::function<bool()>& condition, int timeoutMs);

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,15 +15,6 @@
 #include "tests/tool/tool_output.h"
 
 namespace {
-
-bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
-    const long long deadline = monotonicMs() + timeoutMs;
-    while (!condition()) {
-        if (monotonicMs() > deadline) return false;
-        usleep(50000);
-    }
-    return true;
-}
 
 // Every path below a folder.
 std::vector<std::string> pathsBelow(const std::string& folder) {

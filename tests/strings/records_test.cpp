@@ -1,0 +1,113 @@
+// The string records themselves: where text is cut, how outside text is measured, how bytes
+// above ASCII widen and narrow, case rules, numbers, and the older layouts. The broad
+// behaviour of the operations is checked against a model by fuzz/string_fuzz.cpp.
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "strings/kz_string.h"
+#include "strings/kz_string8.h"
+#include "tests/support/text_of.h"
+
+namespace {
+
+TEST(Records, EveryWayInCutsAtCapacityAndAFullRecordTakesNoMore) {
+    const char* const longText = "abcdefghij"; // 10 characters into a capacity of 6
+    const unsigned short wideText[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 0};
+    _kzString8_allSize<6> assigned, appended("abcd");
+    assigned = std::string(longText);
+    appended.add("xyz");
+    appended += 'q';
+    appended.addNr(7);
+    for (const _kzString8_allSize<6>& r :
+         {_kzString8_allSize<6>(longText), _kzString8_allSize<6>(longText, 10), assigned,
+          _kzString8_allSize<6>(_kzString8_allSize<20>(longText).asUni()), _kzString8_allSize<6>(wideText)}) {
+        EXPECT_EQ(textOf(r), "abcdef");
+        EXPECT_EQ(r.data[6], 0);
+    }
+    EXPECT_EQ(textOf(appended), "abcdxy");
+    EXPECT_EQ(textOf(_kzString<5>(_kzString<500>("abcdefgh").asUni())), "abcde"); // capacities meet by views
+    _kzString8_allSize<250> full(std::string(250, 'x').c_str());
+    full += 'y';
+    full += "y";
+    EXPECT_EQ(full.length, 250);
+    EXPECT_EQ(full.data[250], 0);
+    full.setLength(32767);
+    EXPECT_EQ(full.length, 250);
+    _kzString8_allSize<8> unterminated;
+    std::memset(unterminated.data, 'x', sizeof unterminated.data);
+    unterminated.calcLength();
+    EXPECT_EQ(unterminated.length, 8);
+    EXPECT_EQ(unterminated.data[8], 0);
+}
+
+TEST(Records, OutsideTextIsMeasuredIn16BitsAndWideTextAtMost1024Characters) {
+    EXPECT_EQ(_kzString8_allSize<10>(std::string(65536, 'a').c_str()).length, 0);
+    std::string over64k(65540, 'a');
+    over64k.replace(0, 5, "wxyzq");
+    EXPECT_EQ(textOf(_kzString8_allSize<10>(over64k.c_str())), "wxyz");
+    EXPECT_EQ(textOf(_kzString8_allSize<10>(over64k.c_str(), 65540)), "wxyz");
+    std::vector<unsigned short> wide(2000, 'w');
+    wide.push_back(0);
+    EXPECT_EQ(_kzString8_allSize<2000>(wide.data()).length, 1024);
+    EXPECT_EQ(_kzString<2000>(wide.data()).length, 1024);
+}
+
+TEST(Records, BytesAboveAsciiWidenBySignOrByZeroDependingOnTheRoute) {
+    const char byte[] = "\xE4";
+    _kzString<10> sign(byte), zero;
+    sign += '\xE4';
+    zero = byte;
+    zero.add(byte);
+    EXPECT_EQ(sign.data[0] + sign.data[1], 2 * 0xFFE4); // constructors and +=
+    EXPECT_EQ(zero.data[0] + zero.data[1], 2 * 0x00E4); // assignment and add of char const*
+    // Narrowing keeps the low byte, and a 500 record narrows to 499 characters.
+    const unsigned short high[] = {0x1234, 0x41, 0};
+    EXPECT_EQ(static_cast<unsigned char>(_kzString8_allSize<10>(high).data[0]), 0x34);
+    const _kzString<1000> t600(std::string(600, 'n').c_str());
+    EXPECT_EQ(t600.to_kzString8_500().length + t600.to_kzString8_250().length, 499 + 249);
+}
+
+TEST(Records, CaseRulesAreAsciiOnly) {
+    EXPECT_TRUE(_kzString8_allSize<10>("-LoG").isEqual("-log"));
+    EXPECT_FALSE(_kzString8_allSize<10>("-LoG").isEqual("-logs"));
+    EXPECT_FALSE(_kzString8_allSize<10>("\xE4").isEqual("\xC4"));
+    _kzString8_allSize<30> s("kzServer\xE4sole-az");
+    s.makeUpper();
+    EXPECT_EQ(textOf(s), "KZSERVER\xE4SOLE-AZ");
+    s = "aAbBa";
+    s.replace('a', '-');
+    EXPECT_EQ(textOf(s), "--bB-"); // both cases found, the replacement taken as given
+    EXPECT_FALSE(_kzString<10>("\xE4").isEqual("\xE4", 1)); // a sign-extended byte meets no character
+}
+
+TEST(Records, NumbersPadBeforeTheSignAndStopAtTheCapacity) {
+    _kzString8_allSize<30> s;
+    s.addNr(-9223372036854775807LL - 1);
+    s += ' ';
+    s.addNr(-5, static_cast<unsigned char>(4));
+    EXPECT_EQ(textOf(s), "-9223372036854775808 00-5");
+    _kzString8_allSize<6> small("abcd");
+    small.addNr(5LL, static_cast<unsigned char>(5));
+    EXPECT_EQ(textOf(small), "abcd00");
+    // The 16-bit template joins zeros and digits in 20 places first: a wide field loses the digits.
+    _kzString<50> wide;
+    wide.addNr(5LL, static_cast<unsigned char>(25));
+    EXPECT_EQ(textOf(wide), std::string(20, '0'));
+}
+
+TEST(Records, OlderLayoutsAreTakenOver) {
+    _kzString8_evenSize_old<250> even("even text");
+    even.data[251] = 'F'; // the filler byte, which never travels
+    const _kzString8_allSize<250> fromEven(even);
+    EXPECT_STREQ(fromEven.asChar(), "even text");
+    EXPECT_TRUE(fromEven == even);
+    EXPECT_STREQ(_kzString8_allSize<25>(_kzString8_UnevenSize_old<25>("uneven")).asChar(), "uneven");
+    const _kzString<10> current(_kzString_old<10>(std::string(10, 'o').c_str()));
+    EXPECT_EQ(current.length, 10);
+    EXPECT_EQ(current.data[10], 0);
+}
+
+} // namespace

@@ -1,0 +1,103 @@
+// The exact rules of searching, slicing, padding and numbers that a model of the operations
+// does not state: where searches start again, how counts gate, how delimiters cut, how fields
+// and numbers are laid out. The broad behaviour is checked by fuzz/string_fuzz.cpp.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "strings/kz_string.h"
+#include "strings/kz_string8.h"
+#include "strings/number_text.h"
+#include "tests/support/text_of.h"
+
+namespace {
+
+using S8 = _kzString8_allSize<50>;
+using S16 = _kzString<50>;
+
+TEST(TextRules, SearchesAndComparisons) {
+    const S8 s("abcabc");
+    EXPECT_EQ(s.indexOf('a', 6) + s.indexOf('a', -4), 0); // outside: from the beginning
+    EXPECT_EQ(s.indexOf(S8("a"), 6), -1);                 // but a pattern search does not restart
+    EXPECT_EQ(s.indexOf(static_cast<unsigned short>(0x163), 0), 2); // low byte, exactly
+    EXPECT_EQ(S16("abcabc").indexOf(static_cast<unsigned short>('C'), 0), 2);
+    EXPECT_EQ(S8("a/b/c").lastIndexOf(static_cast<unsigned short>(0x12F), -1), 3);
+    const S8 file("FILE.TXT");
+    EXPECT_TRUE(file.startsWith("fiXXX", 2));
+    EXPECT_FALSE(file.startsWith("file.txt.", 9)); // a count beyond the string
+    EXPECT_TRUE(file.endsWith(".txt", 1));         // the count only gates: the whole text counts
+    EXPECT_FALSE(file.endsWith('t'));              // one character compares exactly
+    EXPECT_FALSE(_kzString8_allSize<6>("abcdef").startsWith("abcdefg"));
+    EXPECT_TRUE(S8("a") < S8("\xE4")); // bytes order as unsigned, 16-bit characters low byte first
+    S16 low, high;
+    low += static_cast<unsigned short>(0x0201);
+    high += static_cast<unsigned short>(0x0102);
+    EXPECT_TRUE(low < high);
+    const char* none = nullptr;
+    EXPECT_TRUE(S8("") != none);                            // the 8-bit form: a null pointer is unequal
+    EXPECT_FALSE(S16("") == none || S16("") != none);       // the 16-bit form: neither
+}
+
+TEST(TextRules, SlicesDelimitersTrimAndFields) {
+    const S8 path("a/B/c");
+    EXPECT_EQ(textOf(path.left('/', true)) + "|" + textOf(path.left('b', false)), "a/|a/"); // the delimiter ignores case
+    EXPECT_EQ(textOf(S8("/usr").left('/', false)), "/");
+    EXPECT_EQ(S8("abc").mid(0, -1).length, 50); // a negative count takes the whole record
+    S8 s("a/b");
+    EXPECT_EQ(textOf(s.leftNCut('/', false)), "a");
+    EXPECT_EQ(textOf(s), "b");
+    s = "abc";
+    EXPECT_EQ(textOf(s.leftNCut('/', true)), "abc");
+    EXPECT_TRUE(s.isEmpty());
+    s = "\fab\v\r\n";
+    EXPECT_EQ(textOf(s.trim()), "\fab\v"); // form feed and vertical tab stay
+    const unsigned short ab[] = {'a', 'b', 0}, longer[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 0};
+    struct Field {
+        const unsigned short* text;
+        int width;
+        const char* expected;
+    };
+    for (const Field& f : {Field{ab, 5, "xab   "}, Field{ab, -5, "x   ab"}, Field{ab, 1, "xab"}, Field{nullptr, 3, "x   "},
+                           Field{longer, 3, "xabcde"}, Field{ab, -9, "x   ab"}, Field{nullptr, 0, "x"}}) {
+        _kzString<6> wide("x");
+        EXPECT_EQ(textOf(wide.addSpacing(f.text, f.width)), f.expected) << f.width;
+        std::string narrowText;
+        for (const unsigned short* p = f.text; p && *p; ++p) narrowText += static_cast<char>(*p);
+        _kzString8_allSize<6> narrow("x");
+        EXPECT_EQ(textOf(narrow.addSpacing(f.text ? narrowText.c_str() : nullptr, f.width)), f.expected);
+    }
+    S8 numbers;
+    numbers.addNrSpacing(42, static_cast<signed char>(-6));
+    EXPECT_EQ(textOf(numbers), "    42");
+}
+
+TEST(TextRules, ParsingAndHex) {
+    struct Case {
+        const char* text;
+        bool valid;
+        int value;
+    };
+    for (const Case& c : {Case{"-12", true, -12}, Case{"1-2", false, 0}, Case{"+12", false, 0}, Case{"", true, 0},
+                          Case{" 1", false, 0}, Case{"\xB2", false, 0}}) {
+        bool ok = !c.valid;
+        EXPECT_EQ(S8(c.text).toInt(&ok) * 10 + ok, c.value * 10 + c.valid) << c.text;
+        EXPECT_EQ(S16(c.text).toInt(&ok) * 10 + ok, c.value * 10 + c.valid) << c.text;
+    }
+    EXPECT_EQ(S8("12a").toInt(nullptr), 12);
+    S8 hex;
+    hex.addHexCode(static_cast<short>(-1));
+    hex += ' ';
+    hex.addHexCode(static_cast<signed char>(-1));
+    hex += ' ';
+    hex.addHexCode(-1LL);
+    EXPECT_EQ(textOf(hex), "FFFFFFFF FF FFFFFFFFFFFFFFFF");
+    _kzString8_allSize<6> small("ab");
+    EXPECT_EQ(textOf(small.addHexCode(0x12345678)), "ab1234");
+    bool ok = false;
+    S8 field("FFFE12");
+    EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);
+    EXPECT_EQ(textOf(field), "12");
+    EXPECT_EQ(textOf(kzFloatToText(2, '.', -1.5f)), "-1.-50");
+}
+
+} // namespace
