@@ -5,9 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/file_checks.h"
 
 namespace {
 
@@ -18,27 +20,10 @@ int freePort() {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof address;
-    int port = -1;
-    if (::bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-        ::getsockname(s, reinterpret_cast<sockaddr*>(&address), &length) == 0)
-        port = ntohs(address.sin_port);
+    ::bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    ::getsockname(s, reinterpret_cast<sockaddr*>(&address), &length);
     ::close(s);
-    return port;
-}
-
-// Runs a shell command; its standard output in `out`, its standard error in `err`.
-int run(const std::string& command, std::string& out, std::string& err, const std::string& errFile) {
-    FILE* pipe = ::popen((command + " 2>" + errFile).c_str(), "r");
-    if (!pipe) return -1;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    if (FILE* f = std::fopen(errFile.c_str(), "r")) {
-        while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) err.append(buffer, n);
-        std::fclose(f);
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return ntohs(address.sin_port);
 }
 
 const std::string kScript = std::string(KZ_SOURCE_DIR) + "/tests/support/network_share.sh";
@@ -46,17 +31,14 @@ const std::string kScript = std::string(KZ_SOURCE_DIR) + "/tests/support/network
 } // namespace
 
 NetworkShare::NetworkShare(const std::string& kind) {
-    std::string out, err;
-    const int status = run(kScript + " start " + kind + " " + dir_.path() + " " + std::to_string(freePort()), out,
-                           err, dir_.file("start.err"));
-    while (!out.empty() && out.back() == '\n') out.pop_back();
-    if (status == 0 && !out.empty()) mounted_ = out;
-    else if (status == 77) skipReason_ = err;
-    else ADD_FAILURE() << "the " << kind << " share did not come up (status " << status << "): " << err;
-    if (skipReason_.empty() && !up()) skipReason_ = "the " + kind + " share did not come up";
+    const int status = std::system((kScript + " start " + kind + " " + dir_.path() + " " + std::to_string(freePort()) +
+                                    " >" + dir_.file("mounted") + " 2>" + dir_.file("why"))
+                                       .c_str());
+    const std::string out = readFile(dir_.file("mounted"));
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0 && out.size() > 1) mounted_ = out.substr(0, out.size() - 1);
+    skipReason_ = readFile(dir_.file("why"));
+    if (!up() && !(WIFEXITED(status) && WEXITSTATUS(status) == 77))
+        ADD_FAILURE() << "the " << kind << " share did not come up: " << skipReason_;
 }
 
-NetworkShare::~NetworkShare() {
-    std::string out, err;
-    run(kScript + " stop " + dir_.path(), out, err, "/dev/null");
-}
+NetworkShare::~NetworkShare() { std::system((kScript + " stop " + dir_.path()).c_str()); }

@@ -1,0 +1,72 @@
+#include "files/locked_file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "files/file_probes.h"
+#include "platform/sleep.h"
+#include "platform/system_error_text.h"
+#include "time/kz_time.h"
+
+namespace kzlock {
+
+bool entryExists(const char* path) {
+    struct stat st;
+    return ::stat(path, &st) == 0;
+}
+
+bool isFolder(const char* path) {
+    struct stat st;
+    return ::stat(path, &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool isAbandoned(const char* path) {
+    _kzTime modified;
+    fileInfo(_kzString8_allSize<500>(path), &modified, nullptr);
+    return _kzTime(true).value > modified.value + kAbandonedAfterSeconds;
+}
+
+bool removeFile(const char* path) { return ::unlink(path) == 0; }
+
+_kzString8_allSize<500> lockText(const _kzString<250>& owner) {
+    _kzString8_allSize<500> text("\n File locked by: ");
+    text += owner.to_kzString8_250().asChar();
+    text += "\n Time locked: ";
+    text += _kzTime(true).monthDayText().asChar();
+    text += "\nInfo: This lock file should only exist a few seconds.\n\n";
+    return text;
+}
+
+void writeLockText(FILE* file, const _kzString<250>& owner) {
+    const _kzString8_allSize<500> text = lockText(owner);
+    std::fwrite(text.data, 1, text.length, file);
+    std::fflush(file);
+}
+
+void moveAside(const _kzString8_allSize<500>& path) {
+    _kzString8_allSize<500> aside(path);
+    aside += ".none";
+    fileMove(path, aside, true);
+}
+
+void sleepOnePoll(int& polls) {
+    kzSleepMS(kPollMs);
+    ++polls;
+}
+
+_kzString<500> deleteFailureText() {
+    _kzString<500> text("Unable to delete file, ");
+    return text.add(kzSystemErrorTextWide(-1));
+}
+
+_kzString<250> errorText(int32_t lastError, bool timedOut) {
+    if (timedOut) return _kzString<250>("File still locked, timeout reached.");
+    return _kzString<250>(kzSystemErrorTextWide(lastError).asUni());
+}
+
+} // namespace kzlock
+
+// The three variants, compiled once here.
+template class _kzLockedFile<500, true>;
+template class _kzLockedFile<250, true>;
+template class _kzLockedFile<250, false>;

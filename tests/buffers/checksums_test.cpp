@@ -1,0 +1,93 @@
+// Checksums against public check values and against zlib, and the random number families at
+// the values their definitions give.
+#include <zlib.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "buffers/checksums.h"
+#include "buffers/random_numbers.h"
+#include "tests/support/text_of.h"
+
+namespace {
+
+const uint8_t* bytes(const std::string& text) { return reinterpret_cast<const uint8_t*>(text.data()); }
+
+TEST(Checksums, PublicCheckValuesAndTheSmallHelpers) {
+    const std::string check = "123456789";
+    EXPECT_EQ(kzCrc32(bytes(check), 9), 0xCBF43926u);
+    EXPECT_EQ(kzCrc32(bytes(check), 0), 0u);
+    EXPECT_EQ(kzCrc16(bytes(check), 9), 0x31C3);
+    EXPECT_EQ(kzCrc16Fold(bytes(check), 9), 0x31 ^ 0xC3);
+    EXPECT_EQ(kzCrc64(bytes(check), 9), 0xE9C6D914C4B8D9CAull);
+    EXPECT_EQ(kzBitReverse(0b1101, 4), 0b1011u);
+    EXPECT_EQ(kzBitReverse(0xFF, 0), 0u);
+    EXPECT_EQ(kzBitReverse(1, 64), 0x8000000000000000ull);
+    const uint8_t run[] = {1, 2, 4, 8};
+    EXPECT_EQ(kzXorChecksum(run, 2, true), 1 ^ 4);
+    EXPECT_EQ(kzXorChecksum(run, 4, false), 15);
+    EXPECT_EQ(kzHashText(_kzString<10>()), 0xC141B36A5F42296Dull);
+    uint64_t state = 0;
+    EXPECT_EQ(kzRandom64(state), kzHashText(_kzString<10>())); // the same round on the default state
+    const _kzString<10> text("ab");
+    const uint8_t stored[] = {'a', 0, 'b', 0};
+    uint64_t x = kzCrc64(stored, 4);
+    x ^= x >> 12;
+    x ^= x << 25;
+    x ^= x >> 27;
+    EXPECT_EQ(kzHashText(text), x * 0x2545F4914F6CDD1Dull);
+}
+
+TEST(Checksums, Crc32AgreesWithZlibOverRandomRunsSplitAnywhere) {
+    std::mt19937 random(20261123);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<uint8_t> data(random() % 70000);
+        for (uint8_t& b : data) b = static_cast<uint8_t>(random());
+        const uint32_t length = static_cast<uint32_t>(data.size());
+        const uint32_t expected = static_cast<uint32_t>(crc32(0, data.data(), length));
+        ASSERT_EQ(kzCrc32(data.data(), length), expected) << length;
+        uint32_t crc = 0xFFFFFFFFu;
+        for (uint32_t done = 0; done < length;) {
+            const uint32_t piece = std::min<uint32_t>(length - done, random() % 40);
+            kzCrc32Update(crc, data.data() + done, piece);
+            done += piece;
+        }
+        ASSERT_EQ(~crc, expected) << length;
+    }
+}
+
+TEST(RandomNumbers, EachFamilyAtItsDefinedValues) {
+    uint32_t seed = 0;
+    EXPECT_NEAR(kzRandomParkMiller(seed), 7.826e-06f, 1e-9f);
+    EXPECT_EQ(seed, 16807u);
+    kzRandomParkMiller(seed);
+    EXPECT_EQ(seed, 282475249u); // 16807 squared, below the modulus
+    uint64_t state = 0;
+    EXPECT_EQ(kzRandom64(state), 0xC141B36A5F42296Dull);
+    EXPECT_NE(state, 0u);
+    uint64_t a = 42, b = 42, c = 42, d = 42;
+    EXPECT_EQ(kzRandom32(a), static_cast<uint32_t>(kzRandom64(b) >> 32));
+    EXPECT_FLOAT_EQ(kzRandomFloat(c), static_cast<float>(static_cast<double>(kzRandom64(d)) * 5.421010862427522e-20));
+    uint64_t bbs = 0xFFFFFFFFFFFFFFE0ull; // five zero bits: left as it is
+    kzBbsCheckSeed(bbs);
+    EXPECT_EQ(bbs, 0xFFFFFFFFFFFFFFE0ull);
+    bbs = 0xFFFFFFFFFFFFFFF0ull; // four: mixed
+    kzBbsCheckSeed(bbs);
+    EXPECT_EQ(bbs, 0xFFFFFFFFFFFFFFF0ull ^ 0xAA55AA55AA55AA55ull);
+    uint64_t low = 12345, stepped = 12345 ^ 0xAA55AA55AA55AA55ull; // the seed has too many zero bits
+    const uint64_t bits = kzBbsLowBits64(low);
+    for (int i = 63; i >= 0; --i) EXPECT_EQ((bits >> i) & 1, static_cast<uint64_t>(kzBbsStepLowBit(stepped, 0xF2FED3C5)));
+    EXPECT_EQ(low, stepped);
+    uint64_t parity = 12345, steppedParity = 12345 ^ 0xAA55AA55AA55AA55ull;
+    const uint64_t parityBits = kzBbsParity64(parity);
+    EXPECT_EQ(parityBits >> 63, static_cast<uint64_t>(kzBbsStepParity(steppedParity, 0xF2FED3C5, 0x634A74AB)));
+    EXPECT_EQ(textOf(kzRandomText9(0, 1)), textOf(kzRandomText9(1, 1))); // a state of 0 counts as 1
+    EXPECT_EQ(textOf(kzRandomText9(0, 2)), "804913594"); // computed independently
+    EXPECT_EQ(kzRandomText20(7, 1).length, 20);
+    EXPECT_TRUE(kzRandomText20(7, 3).isEmpty());
+}
+
+} // namespace

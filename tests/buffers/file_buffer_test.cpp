@@ -1,0 +1,111 @@
+// The file buffer: growth rules and the 1500 MiB limit, insertion and the read cursor, the
+// error texts, the text envelope and the radix-85 groups at their exact bytes. Searches and
+// round trips on arbitrary bytes are checked against a model by fuzz/file_buffer_fuzz.cpp.
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "buffers/file_buffer.h"
+#include "buffers/radix85.h"
+#include "tests/support/text_of.h"
+
+namespace {
+
+std::string content(const _kzFileBuffer& b) { return std::string(reinterpret_cast<const char*>(b.data), b.header.size); }
+
+TEST(FileBuffer, GrowthLimitInsertionAndTheReadCursor) {
+    _kzFileBuffer b;
+    EXPECT_TRUE(b.append("abc", 0)); // nothing to do
+    EXPECT_TRUE(b.append("abcdef", 6));
+    EXPECT_EQ(b.capacity, 6); // exactly the new size
+    EXPECT_TRUE(b.reserveKeep(6, 1));
+    EXPECT_FALSE(b.reserveKeep(1048577, 1));
+    b.error = 7;
+    EXPECT_FALSE(b.append("x", _kzFileBuffer::maxBufferSize)); // above the limit: unchanged, error 0
+    EXPECT_EQ(content(b) + std::to_string(b.error), "abcdef0");
+    EXPECT_TRUE(b.insertAt(2, "XY", 2));
+    EXPECT_TRUE(b.insertAt(-5, "<", 1));
+    EXPECT_TRUE(b.insertAt(99, ">", 1));
+    EXPECT_EQ(content(b), "<abXYcdef>");
+    b.appendChunked("!", 1);
+    EXPECT_EQ(b.capacity, 11 + 10240);
+    char read[4] = {};
+    EXPECT_TRUE(b.readNext(read, 3));
+    EXPECT_TRUE(b.readNext(read, 3));
+    EXPECT_STREQ(read, "XYc");
+    EXPECT_FALSE(b.readNext(read, 6)); // past the size
+    _kzFileBuffer clone;
+    b.header.size2 = 5;
+    b.cloneWithGap(clone, 4);
+    EXPECT_EQ(clone.header.size * 100 + static_cast<int>(clone.header.size2) * 10 + clone.header.readPos, 1500 + 90 + 6);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(clone.data) + 4, 11), "<abXYcdef>!");
+    _kzFileHeader copied;
+    copied = b.header;
+    EXPECT_EQ(copied.readPos + copied.size, 11); // the cursor starts again
+}
+
+TEST(FileBuffer, SearchesAndErrorTexts) {
+    _kzFileBuffer b;
+    b.append("xabcabcab", 9);
+    EXPECT_EQ(b.find("abcab", -1), 1);
+    EXPECT_EQ(b.find("abcab", 2), 4);
+    EXPECT_EQ(b.find("abcab", 9), -1);
+    EXPECT_EQ(b.find("", 0), -1);
+    EXPECT_EQ(b.findIgnoreCase("BCA", 0), 2);
+    b.header.size = 4; // "xabc"
+    EXPECT_EQ(b.findIgnoreCase("ABC", 0), 1);
+    EXPECT_EQ(b.find("ABC", 0), -1);
+    struct Case {
+        int code;
+        const char* text;
+    };
+    for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-107, "File does not exists!"},
+                          Case{-1000, "File error: End of file reached!"}, Case{-1001, "File error 1."},
+                          Case{-50, "unknown error -50."}})
+        EXPECT_STREQ(_kzFileBuffer::errorText(c.code).asChar(), c.text);
+    EXPECT_EQ(std::string(_kzFileBuffer::errorText(-101).asChar()).substr(0, 14), "System error: ");
+}
+
+TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
+    _kzFileBuffer b;
+    const std::string hundred(100, 'A');
+    b.append(hundred.data(), 100);
+    b.wrapText(false); // not in text mode: nothing happens
+    EXPECT_EQ(b.header.size, 100);
+    b.header.textMode = 1;
+    b.header.version = 3;
+    b.wrapText(false);
+    EXPECT_EQ(content(b), hundred + "\r\n");
+    b.unwrapText(false);
+    EXPECT_EQ(content(b), hundred);
+    b.wrapText(true);
+    const std::string wrapped = "\r\n~~~~~~~~~~~\r\n" + hundred + "\r\n\r\n~~~~~~~~~~~\r\n";
+    EXPECT_EQ(content(b), wrapped);
+    b.wrapText(true); // markers there already
+    EXPECT_EQ(content(b), wrapped);
+    b.unwrapText(true);
+    EXPECT_EQ(content(b), hundred);
+    const std::string noisy = "a\"b'c<d>e\\f`g h~i\x7F\x80j";
+    _kzFileBuffer plain;
+    plain.header.textMode = 1;
+    plain.header.version = 4;
+    plain.append(noisy.data(), static_cast<int>(noisy.size()));
+    plain.unwrapText(true); // no markers: every allowed character stays
+    EXPECT_EQ(content(plain), "abcdefghij");
+
+    char out[6] = {};
+    EXPECT_EQ(encodeGroup85(1, out), 5);
+    EXPECT_STREQ(out, "#!!!!");
+    unsigned int value = 7;
+    EXPECT_EQ(decodeGroup85(out, value, 5), 5);
+    EXPECT_EQ(value, 1u);
+    EXPECT_EQ(decodeGroup85(out, value, 4), 0);
+    EXPECT_EQ(encodeGroup85(0, out) + encodeGroup85(0xFFFFFFFF, out + 1), 2);
+    EXPECT_EQ(std::string(out, 2), "z^");
+    EXPECT_EQ(decodeGroup85("^", value, 1), 1);
+    EXPECT_EQ(value, 0xFFFFFFFFu);
+    EXPECT_EQ(decodeDigit85("}") * 100 + decodeDigit85("~"), 8400);
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+// The locked file between real processes, its budget and stale rule, the lock text, and the
+// one-line text log.
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "files/locked_file.h"
+#include "files/text_log.h"
+#include "time/kz_time.h"
+#include "tests/support/file_checks.h"
+#include "tests/support/temp_dir.h"
+#include "tests/support/text_of.h"
+
+namespace {
+
+_kzString<250> text250(const std::string& text) { return _kzString<250>(text.c_str()); }
+
+// Appends one line in two writes, so that a second holder would show between them.
+void appendHeld(const std::string& path, const std::string& who) {
+    std::ofstream(path, std::ios::app) << "begin " << who << "\n" << std::flush;
+    usleep(2000);
+    std::ofstream(path, std::ios::app) << "end " << who << "\n";
+}
+
+TEST(LockedFile, ProcessesTakeTurnsAndNoTwoEverHoldIt) {
+    TempDir dir;
+    const std::string guarded = dir.file("jobs.db"), log = dir.file("log");
+    std::vector<pid_t> children;
+    for (int child = 0; child < 4; ++child) {
+        const pid_t pid = fork();
+        if (pid == 0) {
+            _kzLockedFileWide lock(wide(guarded));
+            int failures = 0;
+            for (int round = 0; round < 25; ++round) {
+                int32_t waited = 0;
+                if (!lock.lock(child == 3 ? 0 : 20000, text250("child"), &waited, false)) {
+                    // The impatient child gives up after its single poll.
+                    failures += textOf(lock.lastErrorText()) == "File still locked, timeout reached." && waited == 250 ? 1 : 100;
+                    continue;
+                }
+                appendHeld(log, std::to_string(child));
+                lock.unlock();
+            }
+            _exit(failures < 100 ? 0 : 1);
+        }
+        children.push_back(pid);
+    }
+    for (pid_t pid : children) {
+        int status = -1;
+        waitpid(pid, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    }
+    std::istringstream lines(readFile(log));
+    std::string begin, end;
+    int turns = 0;
+    while (std::getline(lines, begin) && std::getline(lines, end)) {
+        ASSERT_EQ(begin.substr(0, 6), "begin ");
+        ASSERT_EQ(end, "end " + begin.substr(6)) << "two processes held the lock at once";
+        ++turns;
+    }
+    EXPECT_GE(turns, 75);
+    EXPECT_EQ(readFile(guarded + "_lock.txt"), "<missing>");
+    EXPECT_EQ(readFile(guarded + "_lock.txt.none"), "<missing>");
+}
+
+TEST(LockedFile, ABudgetOfPollsAStaleRuleAndWhatIsWritten) {
+    TempDir dir;
+    const std::string lockFile = dir.file("a\\b_lock.txt");
+    _kzLockedFileShort shortLock(text250(dir.file("a\\b")));
+    writeFile(lockFile, "held elsewhere");
+    int32_t waited = 0;
+    EXPECT_FALSE(shortLock.waitUntilFree(999, &waited));
+    EXPECT_EQ(waited, 750); // 999 ms: three polls
+    for (const long long age : {10800LL, 10801LL}) {
+        // Right behind a second's start, so that the one poll of 250 ms ends in the same second.
+        for (const time_t second = ::time(nullptr); ::time(nullptr) == second;) usleep(1000);
+        setModified(lockFile, _kzTime(true).value - age);
+        const bool taken = shortLock.lock(0, text250("me"), &waited, age == 10801);
+        EXPECT_EQ(taken, age == 10801) << age; // strictly more than three hours
+        EXPECT_EQ(waited, 250);
+        EXPECT_EQ(shortLock.timedOut, age == 10800);
+    }
+    EXPECT_EQ(readFile(lockFile), "<missing>"); // the stale lock went, and checkOnly made none
+    ASSERT_TRUE(shortLock.lock(1000, text250("render node 7"), nullptr, false));
+    const std::string text = readFile(lockFile);
+    EXPECT_EQ(text.substr(0, 46), "\n File locked by: render node 7\n Time locked: ");
+    EXPECT_EQ(text.substr(text.size() - 56), "\nInfo: This lock file should only exist a few seconds.\n\n");
+    EXPECT_FALSE(shortLock.lock(0, text250("me"), nullptr, false)); // not recursive
+    shortLock.unlock();
+    EXPECT_EQ(readFile(lockFile), "<missing>");
+
+    // The wide variant turns backslashes into slashes; a folder at the lock path, or a
+    // folder that is missing, fails the lock instead of waiting on it.
+    ::mkdir(dir.file("a").c_str(), 0755);
+    ::mkdir(dir.file("a/b_lock.txt").c_str(), 0755);
+    _kzLockedFileWide wideLock(wide(dir.file("a\\b")));
+    EXPECT_FALSE(wideLock.lock(0, text250("me"), nullptr, false));
+    EXPECT_EQ(wideLock.lastError, EISDIR);
+    _kzLockedFileShortQuiet missing(text250(dir.file("none/x")));
+    waited = 5;
+    EXPECT_FALSE(missing.lock(1000, text250("me"), &waited, false));
+    EXPECT_EQ(waited + missing.lastError, 0); // negated (0), and no error kept in this variant
+}
+
+TEST(TextLog, LinesAppendOrReplaceAndAreCut) {
+    TempDir dir;
+    const _kzString8_allSize<500> path = narrow(dir.file("log.txt"));
+    EXPECT_TRUE(writeTextLine(path, narrow("first"), false, false));
+    EXPECT_TRUE(writeTextLine(path, narrow(""), false, false));
+    EXPECT_EQ(readFile(dir.file("log.txt")), "first\n\n");
+    EXPECT_TRUE(writeTextLine(path, narrow("stamped"), true, true));
+    EXPECT_EQ(readFile(dir.file("log.txt")).substr(15), ": stamped\n"); // "07.15. 12:34.56"
+    const _kzString8_allSize<6000> overlong(std::string(5500, 'x').c_str());
+    EXPECT_TRUE(kzWriteTextLine(path.data, overlong.data, overlong.length, true, false));
+    EXPECT_EQ(readFile(dir.file("log.txt")), std::string(5000, 'x'));
+    EXPECT_FALSE(writeTextLine(narrow(dir.file("none/log.txt")), narrow("x"), false, false));
+    EXPECT_FALSE(isFolderAt(dir.file("none")));
+    EXPECT_STREQ(tempFolder().asChar(), "/tmp/");
+}
+
+} // namespace
