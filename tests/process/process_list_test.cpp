@@ -2,6 +2,7 @@
 // the watch loop cares about, in a PID namespace of the test's own), and against synthetic
 // records for a kernel with more processes than this machine has.
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -47,7 +48,8 @@ TEST(ProcessTable, RealProcessesByNameAsTheKernelAndTheirCommandLinesGiveThem) {
     EXPECT_EQ(pidOf(*table, "kzServerconsole", false), 0u); // the first look takes a snapshot
     ChildProcess server = start("kzServerconsole"), longOne = start("kzServerconsoleLong"),
                  odd = start("a) b (c"), zombie = start("kzZombie", "0");
-    zombie.waitUntilZombie();
+    siginfo_t ended;
+    waitid(P_PID, static_cast<id_t>(zombie.pid()), &ended, WEXITED | WNOWAIT); // ended, not reaped
     EXPECT_EQ(pidOf(*table, "kzServerconsole", false), 0u); // not seen until a new snapshot
     _kzString8_allSize<25> name("kzserverCONSOLE");
     uint64_t pid = 0;

@@ -39,74 +39,50 @@ bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept { *this = std::move(other); }
 
+// The old child goes with `other`, which ends it.
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
-    if (this != &other) {
-        reset();
-        pid_ = other.pid_;
-        outFd_ = other.outFd_;
-        reaped_ = other.reaped_;
-        output_ = std::move(other.output_);
-        other.pid_ = -1;
-        other.outFd_ = -1;
-    }
+    std::swap(pid_, other.pid_);
+    std::swap(outFd_, other.outFd_);
+    std::swap(reaped_, other.reaped_);
+    output_.swap(other.output_);
     return *this;
 }
 
-ChildProcess::~ChildProcess() { reset(); }
-
-void ChildProcess::reset() {
-    if (pid_ > 0 && !reaped_) kill();
+ChildProcess::~ChildProcess() {
+    kill();
     if (outFd_ >= 0) close(outFd_);
-    pid_ = -1;
-    outFd_ = -1;
-    reaped_ = false;
-    output_.clear();
 }
 
 ChildProcess ChildProcess::start(const std::string& program, const std::vector<std::string>& argv,
                                  bool captureOutput, int runAsUid) {
     ChildProcess child;
-    int execPipe[2];
-    int outPipe[2] = {-1, -1};
-    if (pipe2(execPipe, O_CLOEXEC) != 0 || (captureOutput && pipe2(outPipe, O_CLOEXEC) != 0)) {
-        ADD_FAILURE() << "pipe failed";
-        return child;
-    }
+    int execPipe[2], outPipe[2] = {-1, -1};
+    if (pipe2(execPipe, O_CLOEXEC) != 0 || (captureOutput && pipe2(outPipe, O_CLOEXEC) != 0)) return child;
     std::vector<char*> args;
     for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
     args.push_back(nullptr);
-
     const pid_t parent = getpid();
-    const pid_t pid = fork();
-    if (pid == 0) {
-        // No child may outlive a test that crashes.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
+    child.pid_ = fork();
+    if (child.pid_ == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // no child outlives a test that crashes
         if (getppid() != parent) _exit(126);
         if (captureOutput) dup2(outPipe[1], STDOUT_FILENO);
         if (runAsUid >= 0 && (setgroups(0, nullptr) != 0 || setgid(static_cast<gid_t>(runAsUid)) != 0 ||
                               setuid(static_cast<uid_t>(runAsUid)) != 0))
             _exit(125);
         execv(program.c_str(), args.data());
-        const int error = errno;
-        (void)!write(execPipe[1], &error, sizeof error);
+        (void)!write(execPipe[1], &errno, sizeof errno);
         _exit(127);
     }
     close(execPipe[1]);
     if (captureOutput) close(outPipe[1]);
-    if (pid < 0) {
-        ADD_FAILURE() << "fork failed";
-        close(execPipe[0]);
-        return child;
-    }
-    child.pid_ = pid;
-    child.outFd_ = captureOutput ? outPipe[0] : -1;
-    // The pipe closes on exec; a message on it means the exec failed.
+    child.outFd_ = outPipe[0];
+    // The pipe closes on exec, so the child carries its new name from here on; a message on
+    // it means the exec failed.
     int error = 0;
-    ssize_t n;
-    do n = read(execPipe[0], &error, sizeof error);
-    while (n < 0 && errno == EINTR);
+    if (read(execPipe[0], &error, sizeof error) > 0 || child.pid_ < 0)
+        ADD_FAILURE() << "start of " << program << " failed: errno " << error;
     close(execPipe[0]);
-    if (n > 0) ADD_FAILURE() << "exec of " << program << " failed: errno " << error;
     return child;
 }
 
@@ -124,11 +100,6 @@ bool ChildProcess::waitExit(int timeoutMs, int* exitCode) {
         if (monotonicMs() >= deadline) return false;
         usleep(5000);
     }
-}
-
-void ChildProcess::waitUntilZombie() {
-    siginfo_t info;
-    waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOWAIT);
 }
 
 void ChildProcess::kill() {
@@ -159,7 +130,6 @@ std::string ChildProcess::readUntil(const std::string& needle, int timeoutMs) {
     return output_;
 }
 
-std::string ChildProcess::readAll(int timeoutMs) { return readUntil("", timeoutMs); }
 
 std::string installProgram(const std::string& program, const std::string& folder, const std::string& fileName) {
     const std::string target = folder + "/" + fileName;

@@ -24,23 +24,18 @@ public:
                               bool captureOutput = false, int runAsUid = -1);
 
     pid_t pid() const { return pid_; }
-    bool started() const { return pid_ > 0; }
 
     // Waits up to timeoutMs for the exit and reaps the child. False on timeout.
     bool waitExit(int timeoutMs, int* exitCode = nullptr);
-    // Waits until the child has ended without reaping it: it stays a zombie.
-    void waitUntilZombie();
     // Ends the child with SIGKILL and reaps it at once.
     void kill();
 
     // Output captured so far, reading on until `needle` appears, the output ends or
-    // timeoutMs passes.
+    // timeoutMs passes; with no needle, all output up to its end.
     std::string readUntil(const std::string& needle, int timeoutMs);
-    // All output up to its end (or the timeout).
-    std::string readAll(int timeoutMs);
+    std::string readAll(int timeoutMs) { return readUntil("", timeoutMs); }
 
 private:
-    void reset();
     pid_t pid_ = -1;
     int outFd_ = -1;
     bool reaped_ = false;

@@ -1,0 +1,130 @@
+// Fuzz target for the buffers: the file buffer's two searches against a plain model search,
+// its text envelope as a round trip and as a filter, the radix-85 groups on arbitrary bytes,
+// and CRC-32 against zlib's, whole and split at arbitrary points.
+#include <zlib.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "buffers/checksums.h"
+#include "buffers/file_buffer.h"
+#include "buffers/radix85.h"
+
+namespace {
+
+struct Input {
+    const uint8_t* data;
+    size_t size;
+    size_t pos = 0;
+    uint8_t byte() { return pos < size ? data[pos++] : 0; }
+    int small(int range) { return byte() % range; }
+    std::string text(int maxLength, const char* alphabet, int letters) {
+        std::string t;
+        for (int n = small(maxLength + 1); n > 0; --n) t += letters ? alphabet[small(letters)] : static_cast<char>(byte());
+        return t;
+    }
+};
+
+[[noreturn]] void fail(const char* what) {
+    std::fprintf(stderr, "buffers fuzz: %s\n", what);
+    std::abort();
+}
+
+int foldUpper(int c) { return (c >= 'a' && c <= 'z') ? c - 32 : c; }
+
+// The first offset at or behind `start` where the needle stands, bytes compared by `same`.
+template <typename Same>
+int modelFind(const std::string& text, const std::string& needle, int start, Same same) {
+    if (start < 0) start = 0;
+    if (needle.empty()) return -1;
+    for (size_t at = static_cast<size_t>(start); at + needle.size() <= text.size(); ++at) {
+        size_t i = 0;
+        while (i < needle.size() && same(static_cast<unsigned char>(text[at + i]), static_cast<unsigned char>(needle[i]))) ++i;
+        if (i == needle.size()) return static_cast<int>(at);
+    }
+    return -1;
+}
+
+void searches(Input& in) {
+    static const char kLetters[] = "abAB~zZ\xE4\xC4";
+    const std::string text = in.text(300, kLetters, 9), needle = in.text(in.small(2) ? 4 : 70, kLetters, 9);
+    const int start = in.small(320) - 10;
+    _kzFileBuffer b;
+    b.append(text.data(), static_cast<int>(text.size()));
+    const _kzString8_allSize<250> n(needle.c_str(), static_cast<int>(needle.size()));
+    if (b.find(n, start) != modelFind(text, needle, start, [](int x, int y) { return x == y; })) fail("find");
+    const auto fold = [](int x, int y) { return x == foldUpper(y) || x == (y >= 'A' && y <= 'Z' ? y + 32 : y); };
+    if (b.findIgnoreCase(n, start) != modelFind(text, needle, start, fold)) fail("findIgnoreCase");
+}
+
+bool kept(unsigned char c) { return c >= 33 && c <= 125 && c != 34 && c != 39 && c != 60 && c != 62 && c != 92 && c != 96; }
+
+void envelope(Input& in) {
+    const bool markers = in.small(2);
+    const std::string raw = in.text(450, nullptr, 0);
+    std::string allowed;
+    for (unsigned char c : raw)
+        if (kept(c)) allowed += static_cast<char>(c);
+    _kzFileBuffer b;
+    b.header.textMode = 1;
+    b.header.version = 3;
+    // Allowed characters come back unchanged after a round trip ...
+    b.append(allowed.data(), static_cast<int>(allowed.size()));
+    b.wrapText(markers);
+    b.unwrapText(markers);
+    if (std::string(reinterpret_cast<char*>(b.data), b.header.size) != allowed) fail("wrapText/unwrapText round trip");
+    // ... and without markers anything else is dropped.
+    _kzFileBuffer noisy;
+    noisy.header.textMode = 1;
+    noisy.header.version = 4;
+    noisy.append(raw.data(), static_cast<int>(raw.size()));
+    noisy.unwrapText(false);
+    if (std::string(reinterpret_cast<char*>(noisy.data), noisy.header.size) != allowed) fail("unwrapText filter");
+}
+
+void groups(Input& in) {
+    unsigned int value = 0;
+    for (int i = 0; i < 4; ++i) value = value << 8 | in.byte();
+    char out[5];
+    unsigned int back = ~value;
+    const int written = encodeGroup85(value, out);
+    if (decodeGroup85(out, back, written) != written || back != value) fail("radix-85 round trip");
+    char arbitrary[5];
+    for (char& c : arbitrary) c = static_cast<char>(in.byte());
+    const int available = in.small(6);
+    back = 7;
+    const int used = decodeGroup85(arbitrary, back, available);
+    if (used > available || (used == 0 && back != 7)) fail("decodeGroup85 on arbitrary bytes");
+}
+
+void crc(Input& in) {
+    const std::string data = in.text(4000, nullptr, 0);
+    const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
+    const uint32_t length = static_cast<uint32_t>(data.size());
+    const uint32_t expected = static_cast<uint32_t>(crc32(0, bytes, length));
+    if (kzCrc32(bytes, length) != expected) fail("kzCrc32 differs from zlib");
+    uint32_t running = 0xFFFFFFFFu;
+    for (uint32_t done = 0; done < length;) {
+        const uint32_t piece = std::min<uint32_t>(length - done, 1 + static_cast<uint32_t>(in.small(600)));
+        kzCrc32Update(running, bytes + done, piece);
+        done += piece;
+    }
+    if (~running != expected) fail("kzCrc32Update in pieces differs from zlib");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Input in{data, size};
+    switch (in.small(4)) {
+    case 0: searches(in); break;
+    case 1: envelope(in); break;
+    case 2: groups(in); break;
+    default: crc(in); break;
+    }
+    return 0;
+}
