@@ -57,6 +57,17 @@ int boyerMoore(const uint8_t* data, int size, int m, int start, const Match& mat
     const uint8_t* text = data + start;
     const int length = size - start;
     for (int pos = m - 1; pos < length;) {
+        // While the last byte mismatches, the shift is its bad-character entry alone (the
+        // good-suffix entry for no matched bytes is 1); only a candidate end is compared. The
+        // common full shift is a branch of its own, so that the processor can run ahead
+        // without waiting for each load.
+        for (int shift; (shift = badCharacter[text[pos]]) != 0;) {
+            if (shift == m) {
+                if ((pos += m) >= length) return -1;
+                continue;
+            }
+            if ((pos += shift) >= length) return -1;
+        }
         int j = 0;
         while (j < m && match.matches(text[pos - j], m - 1 - j)) ++j;
         if (j == m) return start + pos - m + 1;

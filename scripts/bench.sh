@@ -10,8 +10,8 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 
-KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3" source scripts/workspace.sh kzbench \
-  kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench
+KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3 zlib1g-dev" source scripts/workspace.sh kzbench \
+  kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench buffer_speed
 measure="$bin/bench/run_measured"
 
 # field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
@@ -111,9 +111,12 @@ r=$(ratio "$kib" 1024)
 line "peak resident memory, 2 passes:" "${kib} KiB = ${r} MiB (goal <= 4 MiB: $(verdict "$r" 4 "<="))"
 copies=$(find "$work/logs/network/sub/log" -type f | wc -l)
 line "files mirrored in that run:" "$copies"
+
+# 5. CRC-32 against zlib, and the file buffer's search against memmem, in one process.
+"$bin/bench/buffer_speed"
 fi
 
-# 5. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
+# 6. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
 #    same tools to the same mount: an up-to-date log pass over 1,000 files, and first copies
 #    of 200 files of 1-64 KiB and of one file of 100 MiB.
 share_bench() {
