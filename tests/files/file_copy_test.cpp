@@ -48,6 +48,19 @@ TEST(FileCopy, SizesAroundTheChunkBoundariesArriveWholeWithTheSourceTimes) {
     }
 }
 
+// The pause follows each full chunk only: a small file fits one chunk with room to spare.
+TEST(FileCopy, TheThrottlePausesAfterEachFullChunkOnly) {
+    TempDir dir;
+    const int32_t pause = 300;
+    for (const auto& [size, pauses] : {std::pair<size_t, int>{4096, 0}, {0x80000, 1}, {0x80001, 1}}) {
+        writeFile(dir.file("t"), pattern(size));
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_TRUE(fileCopy(narrow(dir.file("t")), narrow(dir.file("c")), true, &pause, nullptr));
+        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+        EXPECT_TRUE(ms >= pauses * pause && ms < (pauses + 1) * pause) << size << " took " << ms << " ms";
+    }
+}
+
 TEST(FileCopy, AFifoIsReadUntilItsEndAndShortReadsDoNotEndIt) {
     TempDir dir;
     const std::string fifo = dir.file("fifo");

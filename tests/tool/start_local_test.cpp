@@ -55,8 +55,7 @@ TEST(StartLocal, OptionsAndFoldersAsTheyAreReadAndNoServerMeansQuit) {
         {{"kzStartLocal", "/a", "/b", "-JobDB", "-log", "-LOG", "more"}, settings("/a/", "/b/", true, true)},
         {{"kzStartLocal", "", "", "x"}, settings("/", "/", false, false)},
         // Only backslashes change: doubled separators and parent references stay.
-        {{"kzStartLocal", "/a//b/../c/", "\\\\srv\\share", "x"},
-         settings("/a//b/../c/", "//srv/share/", false, false)},
+        {{"kzStartLocal", "/a//b/../c/", "\\\\srv\\share", "x"}, settings("/a//b/../c/", "//srv/share/", false, false)},
         {{"kzStartLocal", "/m\xE4rz", "/b/", "-log-"}, settings("/m\xE4rz/", "/b/", false, false)},
         // A full folder of 500 characters gets no "/", and 499 characters are printed.
         {{"kzStartLocal", a500, "/b", "x"}, settings(a499, "/b/", false, false)},
