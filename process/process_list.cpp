@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "process/name_queries.h"
+
 _kzProcessList::_kzProcessList(const bool& collectLoad_) {
     // Every byte starts defined, the fields the table never reads included.
     std::memset(static_cast<void*>(this), 0, sizeof(*this));
@@ -43,33 +45,11 @@ bool _kzProcessList::findByName(_kzString8_allSize<25>& name, bool refresh, uint
     if (pidOut) *pidOut = 0;
     if (refresh || !collected) takeSnapshot();
     name.makeUpper();
-    const int length = name.length;
-    const char first = name.data[0];
-    for (int i = 0; i < count; ++i) {
-        const _kzProcessEntry& entry = entries[i];
-        // The first character settles most slots before length and bytes are looked at.
-        if (entry.name.data[0] != first || entry.name.length != length) continue;
-        if (std::memcmp(entry.name.data, name.data, static_cast<size_t>(length)) != 0) continue;
-        if (pidOut) *pidOut = entry.pid;
-        return true;
-    }
-    return false;
+    return kzproc::countByName(*this, name, pidOut, true) > 0;
 }
 
 void _kzProcessList::storeRawProcesses(const kzRawProcess* records, long n) {
-    for (long i = 0; i < n && count < kMaxProcesses; ++i) {
-        const kzRawProcess& raw = records[i];
-        _kzProcessEntry& entry = entries[count];
-        entry.pid = raw.pid;
-        entry.name = _kzString8_allSize<25>(raw.name, static_cast<int>(strnlen(raw.name, sizeof raw.name)));
-        entry.name.makeUpper();
-        entry.parentPid = raw.parentPid;
-        entry.uid = raw.uid;
-        entry.owner.clear();
-        entry.memoryMB = 0;
-        entry.cpuSeconds = 0;
-        ++count;
-    }
+    kzproc::storeRaw(*this, records, n, kMaxProcesses, true);
 }
 
 void _kzProcessList::takeSnapshot() {

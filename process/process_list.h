@@ -72,10 +72,48 @@ struct alignas(8) _kzProcessList {
     // The user name of a uid, cut to 25 characters; the uid as a number if there is no
     // such user, empty if the user record has no name.
     static _kzString8_allSize<25> ownerNameOfUid(const unsigned& uid);
+
+    // Queries and signals. Names (and owners) are upper-cased in place and match whole,
+    // ignoring case. `pidOut` may be null and is set to 0 first. A snapshot is taken when
+    // none was (lazy), or with `refresh` as well.
+    bool update();
+    int countByName(_kzString8_allSize<25>& name, uint64_t* pidOut);
+    bool isRunningTwice(_kzString8_allSize<25> name, uint64_t* pidOut);
+    bool findByNameAndOwner(_kzString8_allSize<25>& name, _kzString8_allSize<25>& owner, bool refresh,
+                            uint64_t* pidOut);
+    bool isRunningTwiceByOwner(_kzString8_allSize<25>& name, _kzString8_allSize<25>& owner, uint64_t* pidOut);
+    bool hasPid(int pid, bool refresh);
+    int indexOfPid(int pid, bool refresh);
+    int indexOfPidInTable(unsigned pid) const;
+    void interruptByName(_kzString8_allSize<25>& name); // SIGINT to every process of the name
+    void terminateByName(_kzString8_allSize<25>& name); // SIGTERM to every process of the name
+    static int killPid(const unsigned& pid);            // SIGTERM; what kill returns
+    // The entry's owner, or the name of its uid when none is filled in.
+    static _kzString8_allSize<25> ownerName(const _kzProcessEntry& entry);
+    // Owners for every entry, or only for those above 2000 MB and the desktop ("FINDER").
+    void fillOwners(const bool& importantOnly);
+
+    // CPU seconds and resident megabytes. measureProcess returns 0 at a failure that stops a
+    // full pass (its text in errorText), 1 otherwise; a process that may not be read or has
+    // just gone is marked with cpuSeconds -5.0.
+    int measureProcess(const int& index);
+    int measureProcessChecked(const int& index);
+    bool updateFull();
+    // The CPU load of a process between `other` (the earlier table) and this one, in percent
+    // of one processor, multiplied by `scale` if it is 1 or more.
+    bool cpuPercent(float& out, const int& index, const _kzProcessList& other, const int& scale) const;
+    void appendCountText();
+    double measureTimeValue() const { return measureTime; }
+    double measureIntervalValue() const { return measureInterval; }
+    void clearMeasureInterval() { measureInterval = 0; }
+    void sortByName() { sortEntries(0, count - 1, false, true); }
+    void sortByPid() { sortEntries(0, count - 1, false, false); }
     static int recordSize() { return 321104; }
 
 private:
     void clearTextsAndSlots();
+    // Quicksort of entries[left .. right] by name (then pid) or by pid alone.
+    void sortEntries(int left, int right, bool descending, bool byName);
 };
 #pragma pack(pop)
 

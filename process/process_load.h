@@ -1,0 +1,10 @@
+// Helpers of the load measurement shared by both process tables.
+#pragma once
+
+#include <cstdint>
+
+// Resident megabytes, rounded in two steps: to the nearest kilobyte, then megabyte.
+int kzMemoryMB(uint64_t residentBytes);
+// Whether a failed read means a process that may not be read or has just gone, which is
+// no error of the measurement.
+bool kzMayNotBeRead(int error);

@@ -1,0 +1,173 @@
+// Queries, signals and load of real processes (in a PID namespace of the test's own), the
+// instance tests of the dynamic list, the load table and the sorts.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "process/process_list.h"
+#include "process/process_load.h"
+#include "process/process_load_table.h"
+#include "process/process_snapshot.h"
+#include "tests/support/child_process.h"
+#include "tests/support/file_checks.h"
+#include "tests/support/temp_dir.h"
+
+namespace {
+
+using Name = _kzString8_allSize<25>;
+
+bool fileExists(const std::string& path) { return readFile(path) != "<missing>"; }
+
+struct Processes {
+    TempDir dir;
+    std::vector<ChildProcess> children;
+    Processes() { ::chmod(dir.path().c_str(), 0755); }
+    // A stand-in under `name`, as `uid` if given; with `mib`, it touches that much memory.
+    pid_t start(const std::string& name, int uid = -1, const char* mib = nullptr) {
+        const std::string path = fileExists(dir.file(name)) ? dir.file(name) : installStandIn(dir.path(), name);
+        children.push_back(mib ? ChildProcess::start(path, {path, "-1", mib}) : ChildProcess::start(path, {path}, false, uid));
+        return children.back().pid();
+    }
+    // A shell under `name` that runs `script`.
+    pid_t shell(const std::string& name, const std::string& script) {
+        const std::string path = fileExists(dir.file(name)) ? dir.file(name) : installProgram("/bin/sh", dir.path(), name);
+        children.push_back(ChildProcess::start(path, {name, "-c", script}));
+        return children.back().pid();
+    }
+};
+
+TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
+    KZ_NEEDS_OWN_PROCESSES();
+    Processes p;
+    const pid_t first = p.start("kzQueries"), second = p.start("kzQueries"), noAccount = p.start("kzQueries", 4242);
+    const std::string record = p.dir.file("signals");
+    for (const char* name : {"kzSignals", "kzSignals", "kzOther"})
+        p.shell(name, std::string("trap 'echo INT >>") + record + "; exit' INT; trap 'echo TERM >>" + record +
+                          "; exit' TERM; echo ready >>" + record + "; while :; do sleep 0.05; done");
+    ASSERT_TRUE(waitFor([&] { return readFile(record) == "ready\nready\nready\n"; }, 5000));
+    auto table = std::make_unique<_kzProcessList>(false);
+    uint64_t pid = 0;
+    Name name("kzqueries"), root("Root"), nobody("4242");
+    EXPECT_EQ(table->countByName(name, &pid), 3);
+    EXPECT_EQ(pid, static_cast<uint64_t>(noAccount)); // the last match
+    EXPECT_STREQ(name.asChar(), "KZQUERIES");
+    ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(first));
+    EXPECT_STREQ(root.asChar(), "ROOT");
+    EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(second));
+    EXPECT_FALSE(table->isRunningTwiceByOwner(name, nobody, &pid)); // a uid without an account is its number
+    EXPECT_TRUE(table->findByNameAndOwner(name, nobody, false, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(noAccount));
+    EXPECT_FALSE(table->isRunningTwice(Name("kzSignal"), nullptr)); // names match whole
+    EXPECT_TRUE(table->hasPid(second, false));
+    table->fillOwners(false);
+    EXPECT_STREQ(table->entries[table->indexOfPid(noAccount, false)].owner.asChar(), "4242");
+
+    Name signals("kzsignals");
+    table->interruptByName(signals);
+    ASSERT_TRUE(waitFor([&] { return readFile(record) == "ready\nready\nready\nINT\nINT\n"; }, 5000));
+    const pid_t other = p.children[5].pid();
+    EXPECT_EQ(_kzProcessList::killPid(other), 0);
+    EXPECT_TRUE(waitFor([&] { return readFile(record).size() == 31; }, 5000));
+    EXPECT_EQ(readFile(record).substr(26), "TERM\n");
+}
+
+TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
+    KZ_NEEDS_OWN_PROCESSES();
+    Processes p;
+    const pid_t busy = p.shell("kzBusy", "while :; do :; done"), idle = p.start("kzIdle"), big = p.start("kzBig", -1, "50");
+    usleep(300000); // the big one touches its memory
+    // Three rounds a second apart on one table; the second is kept as the earlier table, whose
+    // interval is the divisor.
+    auto after = std::make_unique<_kzProcessList>(true), before = std::make_unique<_kzProcessList>(true);
+    for (int round = 0; round < 3; ++round) {
+        if (round == 2) before->copyFrom(*after);
+        if (round > 0) usleep(1000000);
+        ASSERT_TRUE(after->updateFull());
+    }
+    const auto percent = [&](pid_t pid) {
+        float out = -1;
+        after->cpuPercent(out, after->indexOfPid(pid, false), *before, 0); // false without CPU seconds
+        return out;
+    };
+    // Near 100 on a quiet machine; a real measurement on a shared one, hence the wide bounds.
+    EXPECT_GT(percent(busy), 20.0f);
+    EXPECT_LT(percent(busy), 130.0f);
+    EXPECT_LT(percent(idle), 5.0f);
+    const int bigMB = after->entries[after->indexOfPid(big, false)].memoryMB;
+    EXPECT_GE(bigMB, 48);
+    EXPECT_LE(bigMB, 56);
+    EXPECT_EQ(kzMemoryMB(523775) * 100 + kzMemoryMB(523776) * 10 + kzMemoryMB(1572864), 12);
+    float out = 7;
+    after->measureInterval = 0;
+    EXPECT_FALSE(after->cpuPercent(out, 1, *before, 0));
+    EXPECT_EQ(out, 0.0f);
+    EXPECT_EQ(after->measureProcessChecked(0) * 10 + after->measureProcessChecked(after->count), 10);
+}
+
+TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
+    KZ_NEEDS_OWN_PROCESSES();
+    Processes p;
+    uint64_t pid = 7;
+    p.start("kzServerconsole");
+    EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
+    p.start("kzServerconsole");
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
+    EXPECT_EQ(pid, 0u);
+    EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true)); // exactly two
+    p.children.pop_back();
+    const pid_t server = p.start("kzServer");
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, true, &pid));
+    EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, false, &pid));
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(server));
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("root"), false, true, nullptr));
+    EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("4242"), false, true, nullptr));
+    p.start("kzServer");
+    EXPECT_TRUE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true));
+    EXPECT_EQ(Name("abcdefghijklmnopqrst").combined("console").length, 25);
+}
+
+TEST(ProcessQueries, TheLoadTableAndTheSorts) {
+    auto list = std::make_unique<_kzProcessList>(false);
+    kzRawProcess raw[4] = {{9, 1, 0, "AB"}, {7, 1, 0, "A"}, {5, 1, 0, "ABC"}, {3, 1, 0, "A"}};
+    list->collected = 1;
+    list->storeRawProcesses(raw, 4);
+    list->sortByName();
+    EXPECT_EQ(list->entries[0].pid * 1000 + list->entries[1].pid * 100 + list->entries[2].pid * 10 + list->entries[3].pid, 3795u);
+    list->sortByPid();
+    EXPECT_EQ(list->entries[0].pid * 1000 + list->entries[3].pid, 3009u);
+
+    _kzProcessLoadTable table(4);
+    table.count = 2;
+    table.at(0)->pid = 3;
+    list->entries[0].cpuSeconds = 10.0;
+    list->measureTime = 100.0;
+    table.takeTimes(*list);
+    table.updateCpu(0, *list, 0);
+    EXPECT_EQ(table.at(0)->cpuPercent, 0.0f); // the first round only stores
+    EXPECT_EQ(table.at(0)->cpuSeconds, 10.0);
+    for (const auto& [seconds, expected] : {std::pair<double, float>{10.5, 25.0f}, {9.0, 0.0f}, {1e9, 102400.0f}}) {
+        list->measureTime += 2.0;
+        list->entries[0].cpuSeconds = seconds;
+        table.takeTimes(*list);
+        table.updateCpu(0, *list, 0);
+        EXPECT_FLOAT_EQ(table.at(0)->cpuPercent, expected) << seconds; // held to 0 .. 102400
+    }
+    list->snapshotTime.value = table.snapshotTime.value = 1000;
+    table.snapshotTimeMS.value = 1000120;
+    list->snapshotTimeMS.value = 1000170; // the same tenth of a second: on to the measuring rounds
+    EXPECT_EQ(table.isBehind(*list), list->measureTime > table.lastMeasure);
+    list->snapshotTimeMS.value = 1000210;
+    EXPECT_TRUE(table.isBehind(*list));
+    table.removeAt(1);
+    EXPECT_EQ(table.count, 1);
+}
+
+} // namespace
