@@ -1,0 +1,123 @@
+#include "process/process_launch.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/sleep.h"
+#include "platform/system_error_text.h"
+#include "process/child_process.h"
+
+namespace {
+
+// "root" for a known id, "ID 12" for an unknown one, nothing for a record without a name.
+void appendUserName(_kzString8_allSize<100>& text, unsigned id) {
+    const passwd* user = getpwuid(id);
+    if (!user) text.add("ID ").addNr(static_cast<long long>(id));
+    else if (user->pw_name) text.add(user->pw_name);
+    text.add("   ");
+}
+
+// "rwx rx rx " for 0755: the letters of the bits that are set, a blank after each group.
+_kzString8_allSize<100> rightsText(mode_t mode) {
+    _kzString8_allSize<100> text;
+    for (int shift = 6; shift >= 0; shift -= 3) {
+        if (mode & (04 << shift)) text += 'r';
+        if (mode & (02 << shift)) text += 'w';
+        if (mode & (01 << shift)) text += 'x';
+        text += ' ';
+    }
+    return text;
+}
+
+} // namespace
+
+bool kzLaunchablePath(const _kzString8_allSize<250>& path) {
+    struct stat st;
+    return ::stat(path.data, &st) == 0 && !(st.st_mode & 0x4000);
+}
+
+char** kzArgumentVector(const _kzString8_allSize<250>& path, _kzFileList& args) {
+    // Never freed: the process is about to become another one.
+    char** argv = static_cast<char**>(std::calloc(static_cast<size_t>(args.count) + 2, sizeof(char*)));
+    argv[0] = ::strdup(path.data);
+    for (int i = 0; i < args.count; ++i) argv[i + 1] = ::strdup(args.entryAsChar(i));
+    return argv;
+}
+
+void kzExecOrDiagnose(char** argv) {
+    ::execvp(argv[0], argv);
+    std::printf("Failed to start new process (execvp) \n%s\n%s\n", argv[0], kzSystemErrorText(-1).asChar());
+    struct stat st;
+    if (::stat(argv[0], &st) != 0) std::exit(0);
+    _kzString8_allSize<100> owner;
+    appendUserName(owner, st.st_uid);
+    appendUserName(owner, st.st_gid); // the group id goes through the user lookup as well
+    std::printf("Executable access rights: %s %s\n", owner.asChar(), rightsText(st.st_mode).asChar());
+    std::exit(0);
+}
+
+int _kzChildProcess::start(const _kzString<250>& path, _kzFileList& args) {
+    const _kzString8_allSize<250> program = path.to_kzString8_250();
+    if (!kzLaunchablePath(program)) return 0;
+    int out[2] = {0, 0}, err[2] = {0, 0};
+    // Close-on-exec keeps these pipes out of every other child; dup2 gives the child's own
+    // copies on 1 and 2 without it.
+    (void)!::pipe2(out, O_CLOEXEC);
+    (void)!::pipe2(err, O_CLOEXEC);
+    outRead = out[0], outWrite = out[1], errRead = err[0], errWrite = err[1];
+    std::fflush(nullptr); // the child must not print the parent's unwritten output again
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::dup2(outWrite, 1);
+        ::dup2(errWrite, 2);
+        kzExecOrDiagnose(kzArgumentVector(program, args));
+    }
+    if (pid < 0) {
+        closePipes();
+        return -1;
+    }
+    ::close(outWrite);
+    ::close(errWrite);
+    outWrite = errWrite = 0;
+    // What the program says while it starts: five reads 50 ms apart.
+    for (int i = 0; i < 5; ++i) {
+        if (i > 0) kzSleepMS(50);
+        readOutput();
+        terminateOutput();
+    }
+    kzSleepMS(50);
+    running = 1;
+    return pid;
+}
+
+int kzStartFree(_kzString<250> path, _kzFileList& args, const _kzString<250>& outputFile, const bool& append) {
+    const _kzString8_allSize<250> program = path.to_kzString8_250();
+    if (!kzLaunchablePath(program)) return 0;
+    std::fflush(nullptr);
+    const pid_t pid = ::fork();
+    if (pid != 0) return pid > 0 ? pid : -1;
+    if (outputFile.hasData()) {
+        if (FILE* file = std::fopen(outputFile.to_kzString8_250().data, append ? "a" : "w")) {
+            ::dup2(fileno(file), 2);
+            ::dup2(fileno(file), 1);
+        }
+    }
+    kzExecOrDiagnose(kzArgumentVector(program, args));
+}
+
+void kzExecReplace(const _kzString<250>& path, _kzFileList& args) {
+    const long limit = ::sysconf(_SC_OPEN_MAX);
+    for (long fd = 3; limit >= 4 && fd < limit; ++fd) ::fcntl(static_cast<int>(fd), F_SETFD, FD_CLOEXEC);
+    char** argv = kzArgumentVector(path.to_kzString8_250(), args);
+    ::execvp(argv[0], argv);
+    std::printf("%s\n", kzSystemErrorText(-1).asChar());
+}
+
+int kzReapChildren() { return ::waitpid(-1, nullptr, WNOHANG | WUNTRACED | WCONTINUED); }

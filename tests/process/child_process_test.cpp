@@ -1,0 +1,149 @@
+// Starting real children (/bin/sh) and capturing what they say: lines held back and handed
+// on, standard error marked, the replacement table, the buffer's limit, the diagnosis of a
+// failed start, free children with an output file, and a process replaced in place.
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "process/child_process.h"
+#include "process/process_launch.h"
+#include "tests/support/child_process.h"
+#include "tests/support/file_checks.h"
+#include "tests/support/temp_dir.h"
+
+namespace {
+
+_kzString<250> path250(const std::string& text) { return _kzString<250>(text.c_str()); }
+
+// A shell that runs `script`, started with its output captured.
+struct Shell {
+    _kzChildProcess child;
+    _kzFileList args;
+    int pid = 0;
+    explicit Shell(const std::string& script) {
+        args.add(_kzString<500>("-c"), false, false);
+        args.add(_kzString<500>(script.c_str()), false, false);
+        pid = child.start(path250("/bin/sh"), args);
+    }
+    std::string take(int capacity = 200000) {
+        std::vector<char> target(static_cast<size_t>(capacity) + 1);
+        int taken = 0;
+        child.takeOutput(false, target.data(), capacity, taken);
+        return std::string(target.data(), static_cast<size_t>(taken));
+    }
+    // Polls until the child has said `expected` in all (or 3 s have passed).
+    std::string collect(size_t expected) {
+        std::string all;
+        waitFor([&] { child.poll(nullptr); all += take(); return all.size() >= expected; }, 3000);
+        return all;
+    }
+    ~Shell() {
+        child.closePipes();
+        if (pid > 0) waitpid(pid, nullptr, 0);
+    }
+};
+
+TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
+    // Each child says its second part once the test has created the file "go".
+    TempDir dir;
+    const std::string go = dir.file("go"), waitGo = "; while [ ! -e " + go + " ]; do sleep 0.02; done; ";
+    Shell pieces("printf 'ab\\ncd'" + waitGo + "printf 'ef\\r'");
+    Shell tails("printf 'x\\n%0999d' 0" + waitGo + "printf '\\ny\\n%01000d' 0; sleep 0.3");
+    EXPECT_GT(pieces.pid, 0);
+    EXPECT_EQ(pieces.take(), "ab\n"); // what it said while starting; "cd" waits
+    EXPECT_EQ(tails.take(), "x\n");   // 999 bytes behind the line end are held back ...
+    writeFile(go, "");
+    EXPECT_EQ(pieces.collect(5), "cdef\n");
+    EXPECT_EQ(tails.collect(2002), std::string(999, '0') + "\ny\n" + std::string(1000, '0')); // ... 1000 are not
+    Shell marked("echo one >&2; echo two >&2; printf 'a\\000b\\nx\\r\\n\\r\\n[y, and more text\\n'");
+    const std::string said = marked.take() + marked.collect(0);
+    EXPECT_NE(said.find("StdErr: one\nStdErr: two\n"), std::string::npos) << said;
+    EXPECT_NE(said.find("a b\nx  \r\n[y"), std::string::npos) << said; // a NUL, and an empty line squeezed
+}
+
+TEST(ChildProcess, TheBufferIsCutAndTakenOnce) {
+    Shell flood("head -c 200000 /dev/zero | tr '\\000' a; echo; sleep 0.3");
+    while (flood.child.poll(nullptr)) {
+    }
+    EXPECT_EQ(flood.child.outputLength, _kzChildProcess::bufferSize() - 1);
+    EXPECT_EQ(flood.take(10), std::string(10, 'a'));
+    EXPECT_EQ(flood.take(), ""); // the rest went with it
+    _kzChildProcess table;
+    _kzString8_allSize<50> from("ab"), to("c"), one("a"), three("xyz");
+    table.addReplacement(from, to);
+    table.addReplacement(one, three);
+    EXPECT_EQ(std::string(to.data) + "|" + three.data, " c|z");
+    for (int i = 0; i < 30; ++i) table.addReplacement(from, to);
+    EXPECT_EQ(table.replacementCount, 29);
+}
+
+TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
+    TempDir dir;
+    _kzChildProcess folder, missing;
+    _kzFileList none;
+    EXPECT_EQ(folder.start(path250(dir.path()), none), 0);
+    EXPECT_EQ(folder.outRead, 0); // no pipes
+    EXPECT_EQ(missing.start(path250(dir.file("none")), none), 0);
+    writeFile(dir.file("script.txt"), "echo never\n");
+    ::chmod(dir.file("script.txt").c_str(), 0644);
+    _kzChildProcess notExecutable;
+    const int pid = notExecutable.start(path250(dir.file("script.txt")), none);
+    EXPECT_GT(pid, 0);
+    const passwd* user = getpwuid(getuid());
+    const passwd* group = getpwuid(getgid()); // the group id goes through the user lookup too
+    const std::string owner = std::string(user->pw_name) + "   " + (group ? group->pw_name : "ID " + std::to_string(getgid()));
+    EXPECT_EQ(std::string(notExecutable.output, notExecutable.outputLength),
+              "Failed to start new process (execvp) \n" + dir.file("script.txt") +
+                  "\nPermission denied\nExecutable access rights: " + owner + "    rw r r \n");
+    notExecutable.closePipes();
+    int status = -1;
+    waitpid(pid, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
+    TempDir dir;
+    _kzFileList args;
+    args.add(_kzString<500>("-c"), false, false);
+    args.add(_kzString<500>("echo hi; echo err >&2"), false, false);
+    for (const bool append : {true, true, false}) {
+        const int pid = kzStartFree(path250("/bin/sh"), args, path250(dir.file("out")), append);
+        ASSERT_GT(pid, 0);
+        waitpid(pid, nullptr, 0);
+    }
+    EXPECT_EQ(readFile(dir.file("out")), "hi\nerr\n"); // appended twice, then truncated
+    // A descriptor opened before is closed in the new program; 0, 1 and 2 stay.
+    const auto replaced = [&] {
+        const int fd = ::open(dir.file("out").c_str(), O_RDONLY);
+        _kzFileList check;
+        check.add(_kzString<500>("-c"), false, false);
+        check.add(_kzString<500>(("test -e /proc/self/fd/" + std::to_string(fd) +
+                                  " && exit 3; test -e /proc/self/fd/2 && exit 0; exit 4").c_str()),
+                  false, false);
+        kzExecReplace(path250("/bin/sh"), check);
+        _exit(5);
+    };
+    EXPECT_EXIT(replaced(), ::testing::ExitedWithCode(0), "");
+    // Starts and closes hold no descriptor, and reaping leaves no child behind.
+    const int descriptors = openDescriptors();
+    _kzFileList quick;
+    quick.add(_kzString<500>("-c"), false, false);
+    quick.add(_kzString<500>("exit 0"), false, false);
+    for (int i = 0; i < 12; ++i) {
+        _kzChildProcess child;
+        EXPECT_GT(child.start(path250("/bin/sh"), quick), 0);
+        child.closePipes();
+    }
+    EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_TRUE(waitFor([] { return kzReapChildren() < 0 && errno == ECHILD; }, 3000));
+}
+
+} // namespace
