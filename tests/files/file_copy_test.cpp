@@ -158,10 +158,8 @@ TEST(CopyStats, TotalsSettingsAndTheStatusLine) {
     EXPECT_EQ(stats.throttleMs, 0);
     EXPECT_EQ(stats.throttledChunks, 4);
     _kzCopyStats minutes{};
-    minutes.addCopy(0, 61000);
-    EXPECT_NE(std::string(minutes.statusText().asChar()).find(" 1.01m.s."), std::string::npos);
-    minutes.elapsedMs = 60000;
-    EXPECT_NE(std::string(minutes.statusText().asChar()).find(" 60.00s."), std::string::npos);
+    minutes.addCopy(0, 60000);
+    EXPECT_STREQ(minutes.statusText().asChar(), "1 files copied ( 0.00 MiB. 60.00s. 0.000 MiB/s. Copy speed setting: 100% )");
 }
 
 } // namespace

@@ -21,22 +21,17 @@ namespace {
 
 using Name = _kzString8_allSize<25>;
 
-bool fileExists(const std::string& path) { return readFile(path) != "<missing>"; }
-
 struct Processes {
     TempDir dir;
     std::vector<ChildProcess> children;
     Processes() { ::chmod(dir.path().c_str(), 0755); }
-    // A stand-in under `name`, as `uid` if given; with `mib`, it touches that much memory.
-    pid_t start(const std::string& name, int uid = -1, const char* mib = nullptr) {
-        const std::string path = fileExists(dir.file(name)) ? dir.file(name) : installStandIn(dir.path(), name);
-        children.push_back(mib ? ChildProcess::start(path, {path, "-1", mib}) : ChildProcess::start(path, {path}, false, uid));
-        return children.back().pid();
-    }
-    // A shell under `name` that runs `script`.
-    pid_t shell(const std::string& name, const std::string& script) {
-        const std::string path = fileExists(dir.file(name)) ? dir.file(name) : installProgram("/bin/sh", dir.path(), name);
-        children.push_back(ChildProcess::start(path, {name, "-c", script}));
+    // The stand-in (or with `script` a shell) under `name`, as `uid` if given; `mib`: memory to touch.
+    pid_t start(const std::string& name, int uid = -1, const char* mib = "0", const std::string& script = "") {
+        const std::string path = dir.file(name);
+        if (readFile(path) == "<missing>") installProgram(script.empty() ? KZ_STAND_IN_PATH : "/bin/sh", dir.path(), name);
+        std::vector<std::string> argv = {name, "-1", mib};
+        if (!script.empty()) argv = {name, "-c", script};
+        children.push_back(ChildProcess::start(path, argv, false, uid));
         return children.back().pid();
     }
 };
@@ -47,7 +42,7 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
     const pid_t first = p.start("kzQueries"), second = p.start("kzQueries"), noAccount = p.start("kzQueries", 4242);
     const std::string record = p.dir.file("signals");
     for (const char* name : {"kzSignals", "kzSignals", "kzOther"})
-        p.shell(name, std::string("trap 'echo INT >>") + record + "; exit' INT; trap 'echo TERM >>" + record +
+        p.start(name, -1, "", std::string("trap 'echo INT >>") + record + "; exit' INT; trap 'echo TERM >>" + record +
                           "; exit' TERM; echo ready >>" + record + "; while :; do sleep 0.05; done");
     ASSERT_TRUE(waitFor([&] { return readFile(record) == "ready\nready\nready\n"; }, 5000));
     auto table = std::make_unique<_kzProcessList>(false);
@@ -55,7 +50,6 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
     Name name("kzqueries"), root("Root"), nobody("4242");
     EXPECT_EQ(table->countByName(name, &pid), 3);
     EXPECT_EQ(pid, static_cast<uint64_t>(noAccount)); // the last match
-    EXPECT_STREQ(name.asChar(), "KZQUERIES");
     ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid));
     EXPECT_EQ(pid, static_cast<uint64_t>(first));
     EXPECT_STREQ(root.asChar(), "ROOT");
@@ -81,7 +75,7 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
 TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
     KZ_NEEDS_OWN_PROCESSES();
     Processes p;
-    const pid_t busy = p.shell("kzBusy", "while :; do :; done"), idle = p.start("kzIdle"), big = p.start("kzBig", -1, "50");
+    const pid_t busy = p.start("kzBusy", -1, "", "while :; do :; done"), idle = p.start("kzIdle"), big = p.start("kzBig", -1, "50");
     usleep(300000); // the big one touches its memory
     // Three rounds a second apart on one table; the second is kept as the earlier table, whose
     // interval is the divisor.

@@ -98,16 +98,4 @@ TEST(Records, NumbersPadBeforeTheSignAndStopAtTheCapacity) {
     EXPECT_EQ(textOf(wide), std::string(20, '0'));
 }
 
-TEST(Records, OlderLayoutsAreTakenOver) {
-    _kzString8_evenSize_old<250> even("even text");
-    even.data[251] = 'F'; // the filler byte, which never travels
-    const _kzString8_allSize<250> fromEven(even);
-    EXPECT_STREQ(fromEven.asChar(), "even text");
-    EXPECT_TRUE(fromEven == even);
-    EXPECT_STREQ(_kzString8_allSize<25>(_kzString8_UnevenSize_old<25>("uneven")).asChar(), "uneven");
-    const _kzString<10> current(_kzString_old<10>(std::string(10, 'o').c_str()));
-    EXPECT_EQ(current.length, 10);
-    EXPECT_EQ(current.data[10], 0);
-}
-
 } // namespace
