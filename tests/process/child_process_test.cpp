@@ -23,16 +23,19 @@ namespace {
 
 _kzString<250> path250(const std::string& text) { return _kzString<250>(text.c_str()); }
 
+// The arguments of `/bin/sh -c script`.
+_kzFileList& shellArgs(_kzFileList& args, const std::string& script) {
+    args.add(_kzString<500>("-c"), false, false);
+    args.add(_kzString<500>(script.c_str()), false, false);
+    return args;
+}
+
 // A shell that runs `script`, started with its output captured.
 struct Shell {
     _kzChildProcess child;
     _kzFileList args;
     int pid = 0;
-    explicit Shell(const std::string& script) {
-        args.add(_kzString<500>("-c"), false, false);
-        args.add(_kzString<500>(script.c_str()), false, false);
-        pid = child.start(path250("/bin/sh"), args);
-    }
+    explicit Shell(const std::string& script) : pid(child.start(path250("/bin/sh"), shellArgs(args, script))) {}
     std::string take(int capacity = 200000) {
         std::vector<char> target(static_cast<size_t>(capacity) + 1);
         int taken = 0;
@@ -76,13 +79,12 @@ TEST(ChildProcess, TheBufferIsCutAndTakenOnce) {
     EXPECT_EQ(flood.child.outputLength, _kzChildProcess::bufferSize() - 1);
     EXPECT_EQ(flood.take(10), std::string(10, 'a'));
     EXPECT_EQ(flood.take(), ""); // the rest went with it
-    _kzChildProcess table;
     _kzString8_allSize<50> from("ab"), to("c"), one("a"), three("xyz");
-    table.addReplacement(from, to);
-    table.addReplacement(one, three);
+    flood.child.addReplacement(from, to);
+    flood.child.addReplacement(one, three);
     EXPECT_EQ(std::string(to.data) + "|" + three.data, " c|z");
-    for (int i = 0; i < 30; ++i) table.addReplacement(from, to);
-    EXPECT_EQ(table.replacementCount, 29);
+    for (int i = 0; i < 30; ++i) flood.child.addReplacement(from, to);
+    EXPECT_EQ(flood.child.replacementCount, 29); // twelve of its own, seventeen more
 }
 
 TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
@@ -111,8 +113,7 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
 TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
     TempDir dir;
     _kzFileList args;
-    args.add(_kzString<500>("-c"), false, false);
-    args.add(_kzString<500>("echo hi; echo err >&2"), false, false);
+    shellArgs(args, "echo hi; echo err >&2");
     for (const bool append : {true, true, false}) {
         const int pid = kzStartFree(path250("/bin/sh"), args, path250(dir.file("out")), append);
         ASSERT_GT(pid, 0);
@@ -123,19 +124,15 @@ TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
     const auto replaced = [&] {
         const int fd = ::open(dir.file("out").c_str(), O_RDONLY);
         _kzFileList check;
-        check.add(_kzString<500>("-c"), false, false);
-        check.add(_kzString<500>(("test -e /proc/self/fd/" + std::to_string(fd) +
-                                  " && exit 3; test -e /proc/self/fd/2 && exit 0; exit 4").c_str()),
-                  false, false);
-        kzExecReplace(path250("/bin/sh"), check);
+        kzExecReplace(path250("/bin/sh"), shellArgs(check, "test -e /proc/self/fd/" + std::to_string(fd) +
+                                                                " && exit 3; test -e /proc/self/fd/2 && exit 0; exit 4"));
         _exit(5);
     };
     EXPECT_EXIT(replaced(), ::testing::ExitedWithCode(0), "");
     // Starts and closes hold no descriptor, and reaping leaves no child behind.
     const int descriptors = openDescriptors();
     _kzFileList quick;
-    quick.add(_kzString<500>("-c"), false, false);
-    quick.add(_kzString<500>("exit 0"), false, false);
+    shellArgs(quick, "exit 0");
     for (int i = 0; i < 12; ++i) {
         _kzChildProcess child;
         EXPECT_GT(child.start(path250("/bin/sh"), quick), 0);

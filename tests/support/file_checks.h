@@ -2,23 +2,18 @@
 // this process holds open.
 #pragma once
 
-#include <dirent.h>
 #include <sys/stat.h>
 #include <utime.h>
 
-#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 // The whole content, or "<missing>" if the file can't be opened.
 inline std::string readFile(const std::string& path) {
-    FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return "<missing>";
-    std::string text;
-    char buffer[65536];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) text.append(buffer, n);
-    std::fclose(f);
-    return text;
+    std::ifstream in(path, std::ios::binary);
+    return in ? std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()) : "<missing>";
 }
 
 inline struct stat statOf(const std::string& path) {
@@ -44,10 +39,5 @@ inline bool isFolderAt(const std::string& path) {
 
 // The number of entries in /proc/self/fd.
 inline int openDescriptors() {
-    int n = 0;
-    if (DIR* fds = opendir("/proc/self/fd")) {
-        while (readdir(fds)) ++n;
-        closedir(fds);
-    }
-    return n;
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }

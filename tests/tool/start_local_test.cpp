@@ -1,11 +1,14 @@
 // kzStartLocal as a whole process: its exact output, its exit status, and its watch loop
 // against a real kzServerconsole process.
+#include <sys/stat.h>
+
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/child_process.h"
+#include "tests/support/file_checks.h"
 #include "tests/support/temp_dir.h"
 #include "tests/tool/tool_output.h"
 
@@ -69,25 +72,24 @@ TEST(StartLocal, OptionsAndFoldersAsTheyAreReadAndNoServerMeansQuit) {
     }
 }
 
-TEST(StartLocal, WatchesTheServerAndQuitsSoonAfterItEnds) {
+TEST(StartLocal, WatchesTheServerPassesEverySeventhSecondAndQuitsSoonAfterItEnds) {
     KZ_NEEDS_OWN_PROCESSES();
     TempDir dir;
     const std::string serverPath = installStandIn(dir.path(), "kzServerconsole");
     ChildProcess server = ChildProcess::start(serverPath, {serverPath});
-    const std::string local = dir.path() + "/local/";
-    const std::string root = dir.path() + "/root/";
-
-    ChildProcess tool =
-        ChildProcess::start(KZ_TOOL_PATH, {"kzStartLocal", local, root, "-log", "-jobdb"}, true);
+    const std::string local = dir.file("local/"), root = dir.file("root/");
+    for (const std::string& folder : {local, root, root + "sub", root + "sub/log"}) ::mkdir(folder.c_str(), 0755);
+    writeFile(local + "server.txt", "log");
+    const long long started = monotonicMs();
+    ChildProcess tool = ChildProcess::start(KZ_TOOL_PATH, {"kzStartLocal", local, root, "-log", "-jobdb"}, true);
     const std::string expectedStart = kBanner + settings(local, root, true, true);
     // The start lines arrive while the tool runs, not only when it ends.
     EXPECT_EQ(tool.readUntil("copyJobsDB: true\n", 3000), expectedStart);
-    EXPECT_FALSE(tool.waitExit(0));
-
-    // Past the first pass (the seventh second), with nothing printed meanwhile.
-    EXPECT_EQ(tool.readUntil("QUIT", 8000), expectedStart);
-    EXPECT_FALSE(tool.waitExit(0));
-
+    // The first pass comes with the seventh look, once a second, and prints nothing.
+    ASSERT_TRUE(waitFor([&] { return readFile(root + "sub/log/server__copyFromLocal.txt") == "log"; }, 9000));
+    const long long firstPass = monotonicMs() - started;
+    EXPECT_TRUE(firstPass > 6500 && firstPass < 7900) << firstPass << " ms";
+    EXPECT_EQ(tool.readUntil("QUIT", 500), expectedStart);
     server.kill();
     const long long ended = monotonicMs();
     int exitCode = -1;
