@@ -5,13 +5,14 @@
 # with its goal. Takes a few minutes and about 2.5 GB of disk in a temporary folder (on
 # the file system of $TMPDIR, /tmp by default, at the shallow depth of a real setup).
 #
-# Usage: scripts/bench.sh [shares]   (with `shares`, only the network-share figures)
+# Usage: scripts/bench.sh [shares|shared]   (only the network shares, or only the shared code)
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 
-KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3 zlib1g-dev" source scripts/workspace.sh kzbench \
-  kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench buffer_speed
+KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3 python3-psutil zlib1g-dev procps" source scripts/workspace.sh kzbench \
+  kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench buffer_speed \
+  process_load_bench child_output_bench
 measure="$bin/bench/run_measured"
 
 # field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
@@ -111,12 +112,29 @@ r=$(ratio "$kib" 1024)
 line "peak resident memory, 2 passes:" "${kib} KiB = ${r} MiB (goal <= 4 MiB: $(verdict "$r" 4 "<="))"
 copies=$(find "$work/logs/network/sub/log" -type f | wc -l)
 line "files mirrored in that run:" "$copies"
-
-# 5. CRC-32 against zlib, and the file buffer's search against memmem, in one process.
-"$bin/bench/buffer_speed"
 fi
 
-# 6. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
+if [ "$only" = all ] || [ "$only" = shared ]; then
+# 5. CRC-32 against zlib, and the file buffer's search against memmem, in one process.
+"$bin/bench/buffer_speed"
+
+# 6. The process table with load measured, per process, as CPU time: against ps and psutil
+#    reading the same things (pid, resident memory, CPU time) of the same machine.
+read -r full snapshot processes < <("$bin/bench/process_load_bench")
+cpu_of() { local total=0; for _ in 1 2 3 4 5; do "$measure" "$work/t" "$@" >/dev/null; total=$(awk -v a="$total" -v b="$(field "$work/t" 2)" 'BEGIN{print a+b}'); done; awk -v t="$total" -v n="$processes" 'BEGIN{printf "%.2f", t / 5 * 1e6 / n}'; }
+ps_us=$(cpu_of ps -eo pid,rss,time)
+psutil_us=$(cpu_of python3 -c 'import psutil; [p.info for p in psutil.process_iter(["cpu_times", "memory_info"])]')
+r=$(ratio "$full" "$ps_us")
+line "measured update, per process:" "tool ${full} us, ps ${ps_us} us, psutil ${psutil_us} us ($processes processes) -> ratio to ps $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
+line "snapshot without load, per process:" "${snapshot} us"
+
+# 7. Starting a program with its output captured, and draining a child that writes fast.
+read -r start_ms drain < <("$bin/bench/child_output_bench")
+line "start with output captured:" "median ${start_ms} ms (the five reads of its first output included)"
+line "takeOutput from a fast writer:" "${drain} MiB/s"
+fi
+
+# 8. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
 #    same tools to the same mount: an up-to-date log pass over 1,000 files, and first copies
 #    of 200 files of 1-64 KiB and of one file of 100 MiB.
 share_bench() {
@@ -160,8 +178,10 @@ share_bench() {
   tests/support/network_share.sh stop "$state"
 }
 free_port() { python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'; }
-mkdir -p "$work/share.logs" "$work/share.small"
-"$bin/bench/make_tree" "$work/share.logs" 1000 100 2000 .txt
-"$bin/bench/make_tree" "$work/share.small" 200 1024 65536 .dat
-head -c 104857600 /dev/urandom >"$work/share.big"
-for kind in smb sftp; do share_bench "$kind"; done
+if [ "$only" = all ] || [ "$only" = shares ]; then
+  mkdir -p "$work/share.logs" "$work/share.small"
+  "$bin/bench/make_tree" "$work/share.logs" 1000 100 2000 .txt
+  "$bin/bench/make_tree" "$work/share.small" 200 1024 65536 .dat
+  head -c 104857600 /dev/urandom >"$work/share.big"
+  for kind in smb sftp; do share_bench "$kind"; done
+fi
