@@ -123,7 +123,7 @@ if [ "$only" = all ] || [ "$only" = shared ]; then
 read -r full snapshot processes < <("$bin/bench/process_load_bench")
 cpu_of() { local total=0; for _ in 1 2 3 4 5; do "$measure" "$work/t" "$@" >/dev/null; total=$(awk -v a="$total" -v b="$(field "$work/t" 2)" 'BEGIN{print a+b}'); done; awk -v t="$total" -v n="$processes" 'BEGIN{printf "%.2f", t / 5 * 1e6 / n}'; }
 ps_us=$(cpu_of ps -eo pid,rss,time)
-psutil_us=$(cpu_of python3 -c 'import psutil; [p.info for p in psutil.process_iter(["cpu_times", "memory_info"])]')
+psutil_us=$(cpu_of /usr/bin/python3 -c 'import psutil; [p.info for p in psutil.process_iter(["cpu_times", "memory_info"])]')
 r=$(ratio "$full" "$ps_us")
 line "measured update, per process:" "tool ${full} us, ps ${ps_us} us, psutil ${psutil_us} us ($processes processes) -> ratio to ps $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 line "snapshot without load, per process:" "${snapshot} us"

@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
 # Fuzzes with libFuzzer under Address- and UndefinedBehaviorSanitizer: the string family,
-# and the path and name logic of the mirror passes.
-# Usage: scripts/fuzz.sh [seconds per target] [target...]   (default 300, both targets).
+# the path and name logic of the mirror passes, and the buffers (file buffer search, text
+# envelope, radix-85 groups, CRC-32 against zlib).
+# Usage: scripts/fuzz.sh [seconds per target] [target...]   (default 300, every target).
 # New inputs go to build/fuzz/corpus/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-300}
 
-scripts/install-deps.sh clang libclang-rt-dev
+scripts/install-deps.sh clang libclang-rt-dev zlib1g-dev
 cmake --preset fuzz >/dev/null
 targets=("${@:2}")
-[ ${#targets[@]} -eq 0 ] && targets=(string_fuzz path_fuzz)
+[ ${#targets[@]} -eq 0 ] && targets=(string_fuzz path_fuzz buffers_fuzz)
 cmake --build --preset fuzz --target "${targets[@]}"
 
 for target in "${targets[@]}"; do
-  corpus_name=${target%_fuzz}s
+  corpus_name=${target%_fuzz}
+  [[ $corpus_name == *s ]] || corpus_name+=s
   corpus=build/fuzz/corpus/$corpus_name
   mkdir -p "$corpus"
   cp -n fuzz/corpus/"$corpus_name"/* "$corpus"/
