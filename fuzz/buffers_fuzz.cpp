@@ -10,24 +10,21 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "buffers/checksums.h"
 #include "buffers/file_buffer.h"
 #include "buffers/radix85.h"
 
 namespace {
 
-struct Input {
-    const uint8_t* data;
-    size_t size;
-    size_t pos = 0;
-    uint8_t byte() { return pos < size ? data[pos++] : 0; }
-    int small(int range) { return byte() % range; }
-    std::string text(int maxLength, const char* alphabet, int letters) {
-        std::string t;
-        for (int n = small(maxLength + 1); n > 0; --n) t += letters ? alphabet[small(letters)] : static_cast<char>(byte());
-        return t;
-    }
-};
+using Input = FuzzInput;
+
+// Up to maxLength bytes, from the alphabet's first `letters` characters, or any bytes for 0.
+std::string textOf(Input& in, int maxLength, const char* alphabet, int letters) {
+    std::string t;
+    for (int n = in.small(maxLength + 1); n > 0; --n) t += letters ? alphabet[in.small(letters)] : static_cast<char>(in.byte());
+    return t;
+}
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "buffers fuzz: %s\n", what);
@@ -51,7 +48,7 @@ int modelFind(const std::string& text, const std::string& needle, int start, Sam
 
 void searches(Input& in) {
     static const char kLetters[] = "abAB~zZ\xE4\xC4";
-    const std::string text = in.text(300, kLetters, 9), needle = in.text(in.small(2) ? 4 : 70, kLetters, 9);
+    const std::string text = textOf(in, 300, kLetters, 9), needle = textOf(in, in.small(2) ? 4 : 70, kLetters, 9);
     const int start = in.small(320) - 10;
     _kzFileBuffer b;
     b.append(text.data(), static_cast<int>(text.size()));
@@ -65,7 +62,7 @@ bool kept(unsigned char c) { return c >= 33 && c <= 125 && c != 34 && c != 39 &&
 
 void envelope(Input& in) {
     const bool markers = in.small(2);
-    const std::string raw = in.text(450, nullptr, 0);
+    const std::string raw = textOf(in, 450, nullptr, 0);
     std::string allowed;
     for (unsigned char c : raw)
         if (kept(c)) allowed += static_cast<char>(c);
@@ -102,7 +99,7 @@ void groups(Input& in) {
 }
 
 void crc(Input& in) {
-    const std::string data = in.text(4000, nullptr, 0);
+    const std::string data = textOf(in, 4000, nullptr, 0);
     const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
     const uint32_t length = static_cast<uint32_t>(data.size());
     const uint32_t expected = static_cast<uint32_t>(crc32(0, bytes, length));

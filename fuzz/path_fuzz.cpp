@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
 #include "buffers/file_list.h"
 #include "files/path_strings.h"
 #include "files/scan_filter.h"
@@ -19,13 +20,7 @@
 
 namespace {
 
-struct Input {
-    const uint8_t* data;
-    size_t size;
-    size_t pos = 0;
-    uint8_t byte() { return pos < size ? data[pos++] : 0; }
-    int small(int range) { return byte() % range; }
-};
+using Input = FuzzInput;
 
 [[noreturn]] void fail(const char* what, const std::string& a, const std::string& b) {
     std::fprintf(stderr, "path fuzz: %s\n  input: [%s]\n  other: [%s]\n", what, a.c_str(), b.c_str());

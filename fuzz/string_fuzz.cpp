@@ -11,21 +11,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_input.h"
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
 
 namespace {
 
-// Reads the input as a sequence of small decisions.
-struct Input {
-    const uint8_t* data;
-    size_t size;
-    size_t pos = 0;
-
-    bool more() const { return pos < size; }
-    uint8_t byte() { return pos < size ? data[pos++] : 0; }
-    int small(int range) { return byte() % range; }
-};
+using Input = FuzzInput;
 
 [[noreturn]] void fail(const char* what, int step) {
     std::fprintf(stderr, "string fuzz: %s differs from the model at step %d\n", what, step);

@@ -91,30 +91,24 @@ void _kzChildProcess::closePipes() {
 }
 
 int _kzChildProcess::readOutput() {
-    int total = 0;
-    if (readable(outRead)) {
-        const int carried = takePartial(readBuffer, outPartial);
-        const int got = readBehind(outRead, readBuffer, carried);
-        int length = carried + got;
-        if (got > 0) {
-            readBuffer[length] = 0;
-            length = holdBackTail(readBuffer, length, carried, length - 1, outPartial);
-        }
-        readBuffer[length] = readBuffer[length + 1] = 0;
-        appendText(readBuffer, static_cast<unsigned>(length), false, false);
-        total += got;
-    }
-    if (errRead == 0 || !readable(errRead)) return total;
-    const int carried = takePartial(readBuffer, errPartial);
-    const int got = readBehind(errRead, readBuffer, carried);
+    const int fromOut = readable(outRead) ? readStream(outRead, outPartial, false) : 0;
+    if (errRead == 0 || !readable(errRead)) return fromOut;
+    return fromOut + readStream(errRead, errPartial, true);
+}
+
+// One read behind the stream's held-back line; a tail behind the last line end among the new
+// bytes is held back again (for standard error the scan starts at the second-last byte).
+int _kzChildProcess::readStream(int fd, _kzString8_allSize<1000>& partial, bool isStdErr) {
+    const int carried = takePartial(readBuffer, partial);
+    const int got = readBehind(fd, readBuffer, carried);
     int length = carried + got;
     if (got > 0) {
         readBuffer[length] = 0;
-        length = holdBackTail(readBuffer, length, carried, length - 2, errPartial);
+        length = holdBackTail(readBuffer, length, carried, length - (isStdErr ? 2 : 1), partial);
     }
     readBuffer[length] = readBuffer[length + 1] = 0;
-    appendText(readBuffer, static_cast<unsigned>(length), true, false);
-    return total + got;
+    appendText(readBuffer, static_cast<unsigned>(length), isStdErr, false);
+    return got;
 }
 
 void _kzChildProcess::terminateOutput() {

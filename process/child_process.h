@@ -59,6 +59,7 @@ struct _kzChildProcess {
                                const _kzString8_allSize<50>& to);
 
 private:
+    int readStream(int fd, _kzString8_allSize<1000>& partial, bool isStdErr);
     void terminateOutput();
     void appendPiece(const char* piece, int length, bool isStdErr, bool marker);
 };

@@ -61,11 +61,7 @@ bool _kzProcessSnapshot::findByNameAndOwner(_kzString8_allSize<25>& name, _kzStr
     ensure(refresh);
     name.makeUpper();
     owner.makeUpper();
-    const auto ownerOf = [this](int i) {
-        fillOwner(i);
-        return entries[i].owner;
-    };
-    return kzproc::countMatching(*this, name, &owner, ownerOf, pidOut, true) > 0;
+    return kzproc::countMatching(*this, name, &owner, [this](int i) { return freshOwner(i); }, pidOut, true) > 0;
 }
 
 bool _kzProcessSnapshot::isRunningTwiceByOwner(_kzString8_allSize<25>& name, _kzString8_allSize<25>& owner,
@@ -74,11 +70,7 @@ bool _kzProcessSnapshot::isRunningTwiceByOwner(_kzString8_allSize<25>& name, _kz
     ensure(false);
     name.makeUpper();
     owner.makeUpper();
-    const auto ownerOf = [this](int i) {
-        fillOwner(i);
-        return entries[i].owner;
-    };
-    return kzproc::countMatching(*this, name, &owner, ownerOf, pidOut) > 1;
+    return kzproc::countMatching(*this, name, &owner, [this](int i) { return freshOwner(i); }, pidOut) > 1;
 }
 
 void _kzProcessSnapshot::interruptByName(_kzString8_allSize<25>& name) {
@@ -96,6 +88,11 @@ void _kzProcessSnapshot::terminateByName(_kzString8_allSize<25>& name) {
 int _kzProcessSnapshot::indexOfPid(int pid, bool refresh) {
     ensure(refresh);
     return kzproc::indexOfPid(*this, static_cast<unsigned>(pid));
+}
+
+_kzString8_allSize<25> _kzProcessSnapshot::freshOwner(int index) {
+    fillOwner(index);
+    return entries[index].owner;
 }
 
 void _kzProcessSnapshot::fillOwner(int index) { entries[index].owner = _kzProcessList::ownerNameOfUid(entries[index].uid); }

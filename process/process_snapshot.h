@@ -75,6 +75,8 @@ struct _kzProcessSnapshot {
     static bool isMoreThanTwoRunning(_kzString8_allSize<25> name, bool checkConsole);
 
 private:
+    // The owner fetched anew and stored in the entry.
+    _kzString8_allSize<25> freshOwner(int index);
     void ensure(bool refresh) {
         if (refresh || !collected) CollectAllProcesses_OS();
     }
