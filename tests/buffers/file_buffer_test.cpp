@@ -90,8 +90,7 @@ TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
     EXPECT_EQ(encodeGroup85(1, out), 5);
     EXPECT_STREQ(out, "#!!!!");
     unsigned int value = 7;
-    EXPECT_EQ(decodeGroup85(out, value, 5), 5);
-    EXPECT_EQ(value, 1u);
+    EXPECT_TRUE(decodeGroup85(out, value, 5) == 5 && value == 1);
     EXPECT_EQ(encodeGroup85(0, out) + encodeGroup85(0xFFFFFFFF, out + 1), 2);
     EXPECT_EQ(std::string(out, 2), "z^");
     EXPECT_EQ(decodeDigit85("}") * 100 + decodeDigit85("~"), 8400);

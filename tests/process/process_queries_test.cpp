@@ -52,11 +52,9 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
     EXPECT_EQ(pid, static_cast<uint64_t>(noAccount)); // the last match
     ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid));
     EXPECT_EQ(std::to_string(pid) + root.asChar(), std::to_string(first) + "ROOT");
-    EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid));
-    EXPECT_EQ(pid, static_cast<uint64_t>(second));
+    EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid) && pid == static_cast<uint64_t>(second));
     EXPECT_FALSE(table->isRunningTwiceByOwner(name, nobody, &pid)); // a uid without an account is its number
-    EXPECT_TRUE(table->findByNameAndOwner(name, nobody, false, &pid));
-    EXPECT_EQ(pid, static_cast<uint64_t>(noAccount));
+    EXPECT_TRUE(table->findByNameAndOwner(name, nobody, false, &pid) && pid == static_cast<uint64_t>(noAccount));
     EXPECT_FALSE(table->isRunningTwice(Name("kzSignal"), nullptr)); // names match whole
     table->fillOwners(false);
     EXPECT_STREQ(table->entries[table->indexOfPid(noAccount, false)].owner.asChar(), "4242");
@@ -105,15 +103,13 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     p.start("kzServerconsole");
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     p.start("kzServerconsole");
-    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
-    EXPECT_EQ(pid, 0u);
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid) && pid == 0);
     EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true)); // exactly two
     p.children.pop_back();
     const pid_t server = p.start("kzServer");
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, true, &pid));
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, false, &pid));
-    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
-    EXPECT_EQ(pid, static_cast<uint64_t>(server));
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid) && pid == static_cast<uint64_t>(server));
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("root"), false, true, nullptr));
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("4242"), false, true, nullptr));
     p.start("kzServer");
