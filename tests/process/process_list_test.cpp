@@ -73,7 +73,7 @@ TEST(ProcessTable, StoredRecordsKeepTheirOrderUpToTheCap) {
     for (size_t i = 0; i < records.size(); ++i) {
         records[i].pid = static_cast<uint32_t>(100000 + 5000 - i); // descending: the order is kept
         records[i].parentPid = static_cast<uint32_t>(i);
-        std::snprintf(records[i].name, sizeof records[i].name, "proc%zu", i);
+        std::snprintf(records[i].name, sizeof records[i].name, "proc%d", static_cast<int>(i));
     }
     std::snprintf(records[1].name, sizeof records[1].name, "kzServerconsole");
     std::snprintf(records[2].name, sizeof records[2].name, "KZSERVERconsole");

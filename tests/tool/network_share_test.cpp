@@ -44,7 +44,7 @@ struct ShareRun {
         }
         for (const char* db : {"jobs.db", "jobs.db-journal"}) {
             files.emplace_back(local.file(db), served + "cfg_global/__copyFromLocal/" + db);
-            writeFile(files.back().first, std::string(100000, db[8] ? 'j' : 'd'));
+            writeFile(files.back().first, std::string(100000, db[7] ? 'j' : 'd')); // the journal differs
         }
         tool = ChildProcess::start(KZ_TOOL_PATH, {"kzStartLocal", local.path(), root, "-log", "-jobdb"}, true);
     }
