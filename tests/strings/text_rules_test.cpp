@@ -85,8 +85,8 @@ TEST(TextRules, ParsingAndHex) {
     }
     S8 hex;
     hex.addHexCode(static_cast<signed char>(-1));
-    hex.addHexCode(-1LL); // a short one sign-extends to 32 bits; the long one has 16 digits
-    EXPECT_EQ(textOf(hex), "FFFFFFFFFFFFFFFFFF");
+    hex.addHexCode(0x1234LL); // a byte has 2 digits, a 64-bit value 16
+    EXPECT_EQ(textOf(hex), "FF0000000000001234");
     bool ok = false;
     S8 field("FFFE12");
     EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);
