@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "buffers/crc32_folding.h"
+#include "buffers/random_numbers.h"
 
 namespace {
 
@@ -131,9 +132,5 @@ uint64_t kzHashText16(const unsigned short* chars, int length) {
         bytes[1] = static_cast<uint8_t>(chars[i] >> 8);
         for (uint8_t b : bytes) x = (x >> 8) ^ kCrc64Table[(x & 0xFF) ^ b];
     }
-    if (x == 0) return kEmpty;
-    x ^= x >> 12;
-    x ^= x << 25;
-    x ^= x >> 27;
-    return x * 0x2545F4914F6CDD1Dull;
+    return x == 0 ? kEmpty : kzXorshiftStarRound(x);
 }

@@ -50,12 +50,7 @@ float kzRandomParkMiller(uint32_t& seed) {
 
 uint64_t kzRandom64(uint64_t& state) {
     if (state == 0) state = kDefaultState;
-    uint64_t x = state;
-    x ^= x >> 12;
-    x ^= x << 25;
-    x ^= x >> 27;
-    state = x;
-    return x * 0x2545F4914F6CDD1Dull;
+    return kzXorshiftStarRound(state);
 }
 
 uint32_t kzRandom32(uint64_t& state) { return static_cast<uint32_t>(kzRandom64(state) >> 32); }

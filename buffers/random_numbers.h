@@ -10,6 +10,14 @@
 // Park-Miller in Schrage's form: the new seed (a seed of 0 counts as 1) as a float in (0, 1).
 float kzRandomParkMiller(uint32_t& seed);
 
+// One xorshift* round: the state word shifted three times, and the output from it.
+inline uint64_t kzXorshiftStarRound(uint64_t& x) {
+    x ^= x >> 12;
+    x ^= x << 25;
+    x ^= x >> 27;
+    return x * 0x2545F4914F6CDD1Dull;
+}
+
 // xorshift64*: a state of 0 is first replaced by 0x5B6A6A55544C46B7.
 uint64_t kzRandom64(uint64_t& state);
 uint32_t kzRandom32(uint64_t& state); // the upper 32 bits of the same output

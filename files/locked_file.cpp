@@ -20,6 +20,11 @@ bool isFolder(const char* path) {
     return ::stat(path, &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+bool isFile(const char* path) {
+    struct stat st;
+    return ::stat(path, &st) == 0 && !S_ISDIR(st.st_mode);
+}
+
 bool isAbandoned(const char* path) {
     _kzTime modified;
     fileInfo(_kzString8_allSize<500>(path), &modified, nullptr);

@@ -26,6 +26,8 @@ constexpr int64_t kAbandonedAfterSeconds = 10800;
 // Whether anything (file or folder) stands at the path, and whether that is a folder.
 bool entryExists(const char* path);
 bool isFolder(const char* path);
+// Something that is no folder stands at the path: a lock file, for the stale rule.
+bool isFile(const char* path);
 // Whether the file at the path (its time 0 if there is none) is older than three hours.
 bool isAbandoned(const char* path);
 bool removeFile(const char* path);
@@ -79,7 +81,7 @@ public:
             if (polls >= maxPolls) {
                 const _kzString8_allSize<500> longPath = lockPath.to_kzString8_500();
                 if (kzlock::isAbandoned(longPath.data)) deleteLockFile();
-                if (isLockFile(longPath.data)) {
+                if (kzlock::isFile(longPath.data)) {
                     setError(lastError, true);
                     return false;
                 }
@@ -115,7 +117,7 @@ public:
     // Empty if the lock path is no file or the file went; else why it could not be deleted.
     _kzString<500> deleteLockFile() {
         const _kzString8_allSize<500> path = lockPath.to_kzString8_500();
-        if (!isLockFile(path.data) || kzlock::removeFile(path.data)) return _kzString<500>();
+        if (!kzlock::isFile(path.data) || kzlock::removeFile(path.data)) return _kzString<500>();
         return kzlock::deleteFailureText();
     }
 
@@ -131,7 +133,6 @@ private:
         lastError = error;
         timedOut = timeout;
     }
-    static bool isLockFile(const char* path) { return kzlock::entryExists(path) && !kzlock::isFolder(path); }
 };
 
 using _kzLockedFileWide = _kzLockedFile<500, true>;
