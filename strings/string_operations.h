@@ -506,6 +506,10 @@ public:
     bool isEqualSameCase(const char* text, int count) const {                                                \
         return text && length == count && kzstr::equalRange(data, text, count, false);                       \
     }                                                                                                        \
+    /* a NUL-ended text, ignoring case, without building a record for it */                              \
+    int indexOf(const char* text, int start) const {                                                     \
+        return text ? kzstr::indexOfPattern(data, length, text, kzstr::length8(text), start, true) : -1; \
+    }                                                                                                    \
     /* the first byte, then the length against strlen mod 65536, then the bytes */                           \
     bool operator==(const char* text) const {                                                                \
         if (!text || data[0] != text[0]) return false;                                                       \
