@@ -1,5 +1,10 @@
 // _kzCopyStats: running totals of copies, and their one-line summary. Its owner fills and
 // clears it.
+//
+// The cache's verified copy (copyFileChecked) adds a file here only once fileCopy has
+// written it completely: the source's size, the milliseconds of the copy, its pause and
+// 512 KiB chunk. Up-to-date files, refused sources and failed copies are left out, so that
+// `files`, `bytes` and the speeds of statusText describe data that really moved.
 #pragma once
 
 #include <cstdint>

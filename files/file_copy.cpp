@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr long kLargeChunk = 0x80000; // 512 KiB
+constexpr long kLargeChunk = kzFileCopyChunk;
 constexpr long kPage = 4096;
 
 // A regular file below one large chunk goes in one chunk with room to spare, so that the

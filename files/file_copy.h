@@ -5,6 +5,9 @@
 
 #include "strings/kz_string8.h"
 
+// The chunk of a large copy, and so the unit of its pauses: 512 KiB.
+constexpr int32_t kzFileCopyChunk = 0x80000;
+
 // Copies `src` to `dst` and gives `dst` the source's access and modification times in whole
 // seconds, before it is closed. An existing `dst` file is left as it is (and the answer is
 // true) without `overwrite`; with it, it is removed first. After each chunk the copy pauses
