@@ -1,10 +1,10 @@
 #include "exe_cache/cache_refresh.h"
 
 #include <cstdio>
-#include <initializer_list>
 
 #include "buffers/file_list.h"
 #include "exe_cache/classify_application.h"
+#include "exe_cache/name_tests.h"
 #include "exe_cache/verified_copy.h"
 #include "files/access_rights.h"
 #include "files/dir_scan.h"
@@ -16,35 +16,6 @@ namespace {
 
 using Path = _kzString8_allSize<500>;
 using Log = _kzString8_allSize<1000>;
-
-bool startsWithAny(const Path& name, std::initializer_list<const char*> prefixes) {
-    for (const char* prefix : prefixes)
-        if (name.startsWith(prefix)) return true;
-    return false;
-}
-
-bool containsAny(const Path& name, std::initializer_list<const char*> texts) {
-    for (const char* text : texts)
-        if (name.indexOf(text, 0) >= 0) return true;
-    return false;
-}
-
-bool endsWithAny(const Path& name, std::initializer_list<const char*> suffixes) {
-    for (const char* suffix : suffixes)
-        if (name.endsWith(suffix)) return true;
-    return false;
-}
-
-_kzString<500> widened(const Path& path) {
-    _kzString<500> wide;
-    wide.add(path.data);
-    return wide;
-}
-
-void tell(Log* log, std::initializer_list<const char*> parts) {
-    if (!log) return;
-    for (const char* part : parts) log->add(part);
-}
 
 // Everything one refresh works with: where it reads, where it writes, and how it reports.
 struct Refresh {
@@ -63,13 +34,13 @@ struct Refresh {
     // Creates a cache folder with its parents and opens it to everybody.
     bool prepare(const Path& folder) {
         if (!folderCreate(folder, true)) {
-            tell(errorLog, {"Unable to create directory! ", folder.data, "\n"});
+            appendTo(errorLog, {"Unable to create directory! ", folder.data, "\n"});
             if (verbose) std::printf("Unable to create directory! %s \n", folder.data);
             return false;
         }
         if (!setModeAll(folder.data)) {
             const _kzString8_allSize<250> reason = kzSystemErrorText(-1);
-            tell(errorLog, {"Unable to set access rights for folder ", folder.data, "! ", reason.data, "\n"});
+            appendTo(errorLog, {"Unable to set access rights for folder ", folder.data, "! ", reason.data, "\n"});
             if (verbose) std::printf("Unable to set access rights for folder! %s %s\n", folder.data, reason.data);
             return false;
         }
@@ -81,7 +52,7 @@ struct Refresh {
     template <typename Rule>
     bool copyFolder(const Path& root, const Path& sub, Rule wanted) {
         _kzDirScan scan;
-        scan.start(widened(root.combined(sub)), false, true, false, false);
+        scan.start(_kzString<500>(root.combined(sub).data), false, true, false, false);
         while (scan.next()) {
             const Path name(scan.currentName().data);
             if (wanted(name) && !copy(root, sub, name)) return false;
@@ -98,11 +69,11 @@ struct Refresh {
         _kzFileList stale;
         {
             _kzDirScan cached;
-            cached.start(widened(localFolder.combined(sub)), false, true, false, false);
+            cached.start(_kzString<500>(localFolder.combined(sub).data), false, true, false, false);
             while (cached.next()) stale.add(cached.currentName(), false, false);
         }
         const bool walked = copyFolder(base, sub, [&](const Path& name) {
-            const int known = stale.find(widened(name), false);
+            const int known = stale.find(_kzString<500>(name.data), false);
             if (known >= 0) stale.removeAt(known);
             return wanted(name);
         });
@@ -149,13 +120,13 @@ Path Refresh::run() {
     const Path exeName(pathFileName(exeWithPath).data);
 
     if (!folderExists(sourcePath.data)) {
-        tell(errorLog, {"KZ network folder not found! ", sourcePath.data, "\n"});
+        appendTo(errorLog, {"KZ network folder not found! ", sourcePath.data, "\n"});
         if (verbose) std::printf("KZ network folder not found! %s\n", sourcePath.data);
         return exeWithPath;
     }
     folderCreate(localFolder, true);
     if (!folderExists(localFolder.data)) {
-        tell(errorLog, {"KZ local cache folder not found! ", localFolder.data, "\n"});
+        appendTo(errorLog, {"KZ local cache folder not found! ", localFolder.data, "\n"});
         if (verbose) std::printf("KZ local cache folder not found! %s\n", localFolder.data);
         return exeWithPath;
     }

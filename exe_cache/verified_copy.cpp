@@ -1,8 +1,8 @@
 #include "exe_cache/verified_copy.h"
 
 #include <cstdio>
-#include <initializer_list>
 
+#include "exe_cache/name_tests.h"
 #include "files/access_rights.h"
 #include "files/file_copy.h"
 #include "files/file_probes.h"
@@ -11,13 +11,6 @@
 #include "time/kz_time_ms.h"
 
 namespace {
-
-// Appends the texts one after another to `text`, if it is present.
-template <int N>
-void tell(_kzString8_allSize<N>* text, std::initializer_list<const char*> parts) {
-    if (!text) return;
-    for (const char* part : parts) text->add(part);
-}
 
 // The system's text of the present errno, read before anything else can change it.
 _kzString8_allSize<250> errorNow() { return kzSystemErrorText(-1); }
@@ -33,7 +26,7 @@ bool prepareParent(const _kzString8_allSize<500>& dst, _kzString8_allSize<500>* 
     if (!isFolder(pathFolder(parent))) {
         const _kzString8_allSize<500> root = pathFolder(pathFolder(pathFolder(parent)));
         if (!isFolder(root)) {
-            tell(errorText, {"Copy root folder does not exist '", root.data, "' "});
+            appendTo(errorText, {"Copy root folder does not exist '", root.data, "' "});
             return false;
         }
     }
@@ -41,7 +34,7 @@ bool prepareParent(const _kzString8_allSize<500>& dst, _kzString8_allSize<500>* 
     setModeAll(parent.data);
     if (isFolder(parent)) return true;
     const _kzString8_allSize<250> reason = errorNow();
-    tell(errorText, {"Unable to create destination folder '", parent.data, "' ", reason.data});
+    appendTo(errorText, {"Unable to create destination folder '", parent.data, "' ", reason.data});
     return false;
 }
 
@@ -53,15 +46,15 @@ bool copyFileChecked(const _kzString8_allSize<500>& src, const _kzString8_allSiz
     _kzTime srcTime, dstTime;
     int64_t srcSize = 0, dstSize = 0;
     if (!fileInfo(src, &srcTime, &srcSize)) {
-        tell(errorText, {"Source file does not exists! ", src.data});
+        appendTo(errorText, {"Source file does not exists! ", src.data});
         return false;
     }
     if (srcSize <= 0) {
-        tell(errorText, {"Source has no file size! ", src.data});
+        appendTo(errorText, {"Source has no file size! ", src.data});
         return false;
     }
     if (srcTime.value <= 0) {
-        tell(errorText, {"Source has no file time! ", src.data});
+        appendTo(errorText, {"Source has no file time! ", src.data});
         return false;
     }
 
@@ -71,28 +64,28 @@ bool copyFileChecked(const _kzString8_allSize<500>& src, const _kzString8_allSiz
         if (needed) {
             // The differing file goes aside; a failed rename is told, and the copy below
             // (which removes the file) is tried all the same.
-            tell(infoText, {"Renaming dest file ", dst.data, ";\n"});
+            appendTo(infoText, {"Renaming dest file ", dst.data, ";\n"});
             const _kzString8_allSize<500> aside = dst.combined("_old");
             if (!fileMove(dst, aside, true)) {
                 const _kzString8_allSize<250> reason = errorNow();
-                tell(errorText, {"Unable to rename old file! ", dst.data, " ", reason.data});
+                appendTo(errorText, {"Unable to rename old file! ", dst.data, " ", reason.data});
             }
         }
     }
     if (!prepareParent(dst, errorText)) return false;
     if (!needed) return true;
 
-    tell(infoText, {"Copy ", src.data, " => ", dst.data, " ... "});
+    appendTo(infoText, {"Copy ", src.data, " => ", dst.data, " ... "});
     const _kzTimeMS started;
     if (!fileCopy(src, dst, true, &throttleMs, nullptr)) {
         const _kzString8_allSize<250> reason = errorNow();
-        tell(errorText, {"Unable to copy file! ", src.data, " => ", dst.data, " ", reason.data});
+        appendTo(errorText, {"Unable to copy file! ", src.data, " => ", dst.data, " ", reason.data});
         return false;
     }
     if (stats) stats->addCopyThrottled(static_cast<uint64_t>(srcSize), started.elapsed(), throttleMs, kzFileCopyChunk);
     if (setModeAll(dst.data)) return true;
     const _kzString8_allSize<250> reason = errorNow();
-    tell(errorText, {"Unable to set execute rights on file! ", dst.data, " ", reason.data});
+    appendTo(errorText, {"Unable to set execute rights on file! ", dst.data, " ", reason.data});
     return false;
 }
 
@@ -107,15 +100,15 @@ bool copyFileLogged(const _kzString8_allSize<500>& srcRoot, const _kzString8_all
     if (infoText.hasData()) {
         infoText.add(";\n");
         if (verbose) std::puts(infoText.data);
-        tell(infoLog, {infoText.data});
+        appendTo(infoLog, {infoText.data});
     }
     if (errorText.hasData()) {
         errorText.add(";\n");
         if (verbose) std::printf("ERROR:  %s\n", errorText.data);
-        tell(errorLog, {errorText.data});
+        appendTo(errorLog, {errorText.data});
     }
     // A copy that reported success and left nothing behind is worth a line of its own.
     if (!fileInfo(dst, nullptr, nullptr) && errorText.isEmpty())
-        tell(errorLog, {dst.data, "ERROR:   DOES NOT exist, although copied without error;\n"});
+        appendTo(errorLog, {dst.data, "ERROR:   DOES NOT exist, although copied without error;\n"});
     return copied;
 }
