@@ -12,7 +12,7 @@ cd "$top"
 
 KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3 python3-psutil zlib1g-dev procps" source scripts/workspace.sh kzbench \
   kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench buffer_speed \
-  process_load_bench child_output_bench
+  process_load_bench child_output_bench kzLocalCache
 measure="$bin/bench/run_measured"
 
 # field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
@@ -132,9 +132,26 @@ line "snapshot without load, per process:" "${snapshot} us"
 read -r start_ms drain < <("$bin/bench/child_output_bench")
 line "start with output captured:" "median ${start_ms} ms (the five reads of its first output included)"
 line "takeOutput from a fast writer:" "${drain} MiB/s"
+
+# 8. An up-to-date refresh of the local executable cache (an application with 2,000 library
+#    files, its GUI resources and platform plug-ins) by kzLocalCache, against rsync's quick
+#    check of the same folders. Both are whole processes, primed by one real run each.
+app="$work/cache.net/apps/bin"
+mkdir -p "$app/lib/Resources/qt_menu.nib" "$app/platforms" "$work/cache.rsync"
+"$bin/bench/make_tree" "$app/lib" 2000 1024 65536 .so
+"$bin/bench/make_tree" "$app/lib/Resources/qt_menu.nib" 4 1024 4096 .nib
+"$bin/bench/make_tree" "$app/platforms" 4 1024 65536 .so
+cp "$bin/exe_cache/kzLocalCache" "$app/kzOther"
+"$bin/exe_cache/kzLocalCache" "$app/kzOther" "$work/cache.local/" -fast >/dev/null
+rsync -a "$app/" "$work/cache.rsync/"
+refresh_s=$(timed 7 "$bin/exe_cache/kzLocalCache" "$app/kzOther" "$work/cache.local/" -fast)
+rsync_s=$(timed 7 rsync -a --dry-run "$app/" "$work/cache.rsync/")
+ms() { awk -v s="$1" 'BEGIN { printf "%.2f", s * 1000 }'; }
+r=$(ratio "$refresh_s" "$rsync_s")
+line "up-to-date cache refresh, 2,008 files:" "tool $(ms "$refresh_s") ms, rsync -a --dry-run $(ms "$rsync_s") ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 fi
 
-# 8. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
+# 9. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
 #    same tools to the same mount: an up-to-date log pass over 1,000 files, and first copies
 #    of 200 files of 1-64 KiB and of one file of 100 MiB.
 share_bench() {
