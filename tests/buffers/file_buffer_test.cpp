@@ -56,10 +56,7 @@ TEST(FileBuffer, SearchesAndErrorTexts) {
     b.header.size = 4; // "xabc"
     EXPECT_EQ(b.findIgnoreCase("ABC", 0), 1);
     EXPECT_EQ(b.find("ABC", 0), -1);
-    struct Case {
-        int code;
-        const char* text;
-    };
+    struct Case { int code; const char* text; };
     for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-107, "File does not exists!"},
                           Case{-1000, "File error: End of file reached!"}, Case{-1001, "File error 1."},
                           Case{-50, "unknown error -50."}})

@@ -61,13 +61,16 @@ struct Share {
             if (entry.is_regular_file()) files.insert(fs::relative(entry.path(), cache).string());
         return files;
     }
-    // The refresh's result followed by its error log, and what it did in `info`.
+    // The refresh's result followed by its error log; what it did goes to `info`, and the
+    // files it copied are counted in `stats`.
     std::string refresh(const std::string& exe, _kzString8_allSize<1000>* info = nullptr) {
         const uint8_t fast = 1;
         _kzString8_allSize<1000> errors;
-        const std::string result = textOf(localExeCache_copy(narrow(exe), narrow(cache), info, &errors, false, fast, nullptr));
-        return result + textOf(errors);
+        const _kzString8_allSize<500> result =
+            localExeCache_copy(narrow(exe), narrow(cache), info, &errors, false, fast, &stats);
+        return textOf(result) + textOf(errors);
     }
+    _kzCopyStats stats;
 };
 
 // What every application gets, the pieces its flags (as classification letters) add, and
@@ -94,7 +97,7 @@ TEST(CacheRefresh, EachFamilyGetsExactlyItsFiles) {
         Share share;
         EXPECT_EQ(share.refresh(share.bin + row.exe), share.cache + row.exe);
         EXPECT_EQ(share.cached(), filesFor(row.flags, row.exe + " " + row.own)) << row.exe;
-        EXPECT_EQ(statOf(share.cache + "platforms").st_mode & 0777, 0777u);
+        EXPECT_EQ(share.stats.files * 1000 + share.stats.throttleMs, share.cached().size() * 1000 + 5);
     }
 }
 
@@ -104,31 +107,36 @@ TEST(CacheRefresh, SecondRunCopiesNothingAndStaleFilesGoAfterACleanWalk) {
     // Each cache file with its inode and change time: equal lists mean nothing was written.
     const auto identities = [&] {
         std::string list;
-        for (const auto& file : share.cached()) list += file + std::to_string(statOf(share.cache + file).st_ino) + std::to_string(statOf(share.cache + file).st_ctim.tv_nsec) + " ";
+        for (const auto& file : share.cached())
+            list += file + std::to_string(statOf(share.cache + file).st_ino) + "." +
+                    std::to_string(statOf(share.cache + file).st_ctim.tv_nsec) + " ";
         return list;
     };
     share.refresh(exe);
-    EXPECT_EQ(readFile(share.cache + "image/img64.so"), share.root + "plugins64/image/img64.so");
     const std::string before = identities();
+    const int copied = share.stats.files;
     _kzString8_allSize<1000> info;
     EXPECT_EQ(share.refresh(exe, &info) + textOf(info), done);
     EXPECT_EQ(identities(), before);
+    EXPECT_EQ(share.stats.files, copied);
 
-    // A changed library goes aside for good; a changed plug-in too, but its _old has no
-    // source and goes at a later refresh. A cache name that differs only in case from a
-    // source name the rule skips stays. An empty source fails the walk: nothing is deleted.
-    for (const char* file : {"apps/bin/lib/libplain.so", "plugins64/image/img64.so"}) {
-        writeFile(share.root + file, "changed");
-        setModified(share.root + file, 1000000000);
-    }
-    for (const char* file : {"image/stale.so", "image/I.UPD"}) writeFile(share.cache + file, "x");
+    // A library whose source only went back in time goes aside for good, over an earlier
+    // _old; a changed plug-in too, but its _old has no source and goes at a later refresh.
+    // A cache name that differs only in case from a source name the rule skips stays. An
+    // empty source fails the walk: nothing is deleted.
+    setModified(share.bin + "lib/libplain.so", 1000000000);
+    writeFile(share.root + "plugins64/image/img64.so", "changed");
+    for (const char* file : {"image/stale.so", "image/I.UPD", "lib/libplain.so_old"}) writeFile(share.cache + file, "x");
     writeFile(share.root + "plugins64/image/zero.so", "");
-    EXPECT_EQ(share.refresh(exe), exe + "Source has no file size! " + share.root + "plugins64/image/zero.so;\n");
-    EXPECT_EQ(readFile(share.cache + "lib/libplain.so_old") + readFile(share.cache + "image/stale.so"), share.bin + "lib/libplain.sox");
+    const std::string lib = share.cache + "lib/libplain.so";
+    EXPECT_EQ(share.refresh(exe, &info), exe + "Source has no file size! " + share.root + "plugins64/image/zero.so;\n");
+    const std::string told = "Renaming dest file " + lib + ";\nCopy " + share.root + "Lx64/bin/lib/libplain.so => " + lib;
+    EXPECT_EQ(textOf(info).substr(0, told.size() + 7), told + " ... ;\n");
+    EXPECT_EQ(readFile(lib + "_old") + readFile(share.cache + "image/stale.so"), share.bin + "lib/libplain.sox");
     fs::remove(share.root + "plugins64/image/zero.so");
     for (int run = 0; run < 2; ++run) EXPECT_EQ(share.refresh(exe), done);
     EXPECT_EQ(share.cached(), filesFor("PE", "kzServerconsole kzServercommander image/img64.so image/I.UPD lib/libplain.so_old"));
-    EXPECT_EQ(readFile(share.cache + "image/img64.so") + readFile(share.cache + "lib/libplain.so"), "changedchanged");
+    EXPECT_EQ(readFile(share.cache + "image/img64.so") + std::to_string(modifiedAt(lib)), "changed1000000000");
 }
 
 // The command as a process: its exit status, a blank, and what it wrote on both streams.
@@ -148,14 +156,16 @@ TEST(CacheRefresh, MissingFoldersAndTheCommand) {
     share.cache = share.dir.file("file/cache/");
     EXPECT_EQ(share.refresh(other), other + "KZ local cache folder not found! " + share.cache + "\n");
 
+    // The platform folder is made and opened to everybody even with no file to copy into it.
     const std::string cache = share.dir.file("cmd");
+    fs::remove(share.bin + "platforms/libqcocoa.so");
     for (const auto& [args, expected] : std::vector<std::pair<std::string, std::string>>{
              {other, "2 usage: kzLocalCache <executable on the network> <local cache folder> [-fast] [-v]\n"},
-             {other + " " + cache + " -x", "2 usage:"},
              {other + " " + cache + " -FAST", "0 " + cache + "/kzOther\n"},
              {share.bin + "gone " + cache + " -fast", "1 Source file does not exists! " + share.bin + "gone;\n" + share.bin + "gone\n"},
              {other + " " + cache + " -v -fast", "0 localExeCache_copy\n    exeWithPath " + other}})
         EXPECT_EQ(runCommand(args).substr(0, expected.size()), expected) << args;
+    EXPECT_EQ(statOf(cache + "/platforms").st_mode & 0777, 0777u);
 }
 
 } // namespace

@@ -17,13 +17,11 @@ std::string flagsOf(const std::string& name) {
 
 TEST(ClassifyApplication, EveryFamilyOfNames) {
     const std::pair<const char*, const char*> rows[] = {
-        {"kzControl", "QP---C"},        {"kzSubmitter", "QP---C"},         {"kzClient", "Q-E-I-"},
-        {"kzClientwatch", "Q-----"},     {"kzViewer", "Q-E-I-"},            {"kzSequenceCheck", "--E-I-"},
-        {"kzAssembleTiles", "QPE-I-"},   {"kzCreateVideo", "QPEVI-"},       {"kzServer", "QPE-I-"},
-        {"kzServerconsole", "-PE-I-"},   {"kzWorkstation_installer", "Q-----"}, {"kzOther", "QPE---"},
-        {"", "QPE---"},                  {"KZCLIENT", "Q-E-I-"},            {"kzClientcommander", "Q-E-I-"},
-        {"my_watch_console", "-P----"},  {"kzCreateVideowatch", "QP-V--"},  {"xkzControl", "QPE---"},
-        {"kzServ", "QPE---"},
+        {"kzControl", "QP---C"}, {"kzSubmitter", "QP---C"}, {"kzClient", "Q-E-I-"}, {"kzClientwatch", "Q-----"},
+        {"kzViewer", "Q-E-I-"}, {"kzSequenceCheck", "--E-I-"}, {"kzAssembleTiles", "QPE-I-"}, {"kzServer", "QPE-I-"},
+        {"kzCreateVideo", "QPEVI-"}, {"kzServerconsole", "-PE-I-"}, {"kzWorkstation_installer", "Q-----"},
+        {"kzOther", "QPE---"}, {"", "QPE---"}, {"KZCLIENT", "Q-E-I-"}, {"kzClientcommander", "Q-E-I-"},
+        {"my_watch_console", "-P----"}, {"kzCreateVideowatch", "QP-V--"}, {"xkzControl", "QPE---"}, {"kzServ", "QPE---"},
     };
     for (const auto& [name, flags] : rows) EXPECT_EQ(flagsOf(name), flags) << name;
 }

@@ -52,11 +52,7 @@ TEST(TextRules, SlicesDelimitersTrimAndFields) {
     s = "\fab\v\r\n";
     EXPECT_EQ(textOf(s.trim()), "\fab\v"); // form feed and vertical tab stay
     const unsigned short ab[] = {'a', 'b', 0}, longer[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 0};
-    struct Field {
-        const unsigned short* text;
-        int width;
-        const char* expected;
-    };
+    struct Field { const unsigned short* text; int width; const char* expected; };
     for (const Field& f : {Field{ab, 5, "xab   "}, Field{ab, -5, "x   ab"}, Field{ab, 1, "xab"}, Field{nullptr, 3, "x   "},
                            Field{longer, 3, "xabcde"}, Field{ab, -9, "x   ab"}, Field{nullptr, 0, "x"}}) {
         _kzString<6> wide("x");
@@ -72,11 +68,7 @@ TEST(TextRules, SlicesDelimitersTrimAndFields) {
 }
 
 TEST(TextRules, ParsingAndHex) {
-    struct Case {
-        const char* text;
-        bool valid;
-        int value;
-    };
+    struct Case { const char* text; bool valid; int value; };
     for (const Case& c : {Case{"-12", true, -12}, Case{"1-2", false, 0}, Case{"+12", false, 0}, Case{"", true, 0},
                           Case{" 1", false, 0}, Case{"\xB2", false, 0}}) {
         bool ok = !c.valid;

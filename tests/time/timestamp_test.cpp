@@ -96,10 +96,7 @@ TEST(Timestamp, ComparisonsAtTheirBoundariesAndSpecialValues) {
 }
 
 TEST(TimeMS, SpansAndTheirTexts) {
-    struct Case {
-        int ms;
-        const char* text;
-    };
+    struct Case { int ms; const char* text; };
     for (const Case& c : {Case{7, ".00s.ms"}, Case{340, ".34s.ms"}, Case{1000, ".00s.ms"}, Case{1001, "1.00s.ms"},
                           Case{2147483647, "2147483.64s.ms"}})
         EXPECT_STREQ(_kzTimeMS::spanText(c.ms).asChar(), c.text) << c.ms;

@@ -42,10 +42,7 @@ TEST(StartLocal, TooFewArgumentsGiveTheUsageLineAndExit255) {
 
 TEST(StartLocal, OptionsAndFoldersAsTheyAreReadAndNoServerMeansQuit) {
     KZ_NEEDS_OWN_PROCESSES();
-    struct Case {
-        std::vector<std::string> argv;
-        std::string settings;
-    };
+    struct Case { std::vector<std::string> argv; std::string settings; };
     const std::string a500(500, 'a');
     const std::string a499(499, 'a');
     const std::vector<Case> cases = {
