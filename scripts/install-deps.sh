@@ -4,10 +4,13 @@
 set -euo pipefail
 
 # The network-share tests serve a folder with Samba and sshd on 127.0.0.1 and mount it
-# through FUSE (smbnetfs, sshfs).
+# through FUSE (smbnetfs, sshfs). The package test verifies the systemd unit where
+# systemd-analyze is present; it does not install systemd for that.
 packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
   samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
-  zlib1g-dev "$@") # zlib: the reference for CRC-32 in tests and benchmarks only
+  zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
+  dpkg-dev groff-base man-db # the Debian package: its dependencies, its manual pages
+  "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
