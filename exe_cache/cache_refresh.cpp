@@ -94,10 +94,12 @@ struct Refresh {
         return true;
     }
 
-    void printStart(const Path& sourcePath) const {
-        if (verbose)
-            std::printf("localExeCache_copy\n    exeWithPath %s\n    localFolder %s\n    sourcePath %s\n",
-                        exeWithPath.data, localFolder.data, sourcePath.data);
+    // The heading, then the three paths (once more, without the heading, for a bundle).
+    void printStart(const Path& sourcePath, bool heading) const {
+        if (!verbose) return;
+        if (heading) std::printf("localExeCache_copy\n");
+        std::printf("    exeWithPath %s\n    localFolder %s\n    sourcePath %s\n", exeWithPath.data, localFolder.data,
+                    sourcePath.data);
     }
     void printStage(const Path& libSourcePath, const Path& libDestFolderAdd) const {
         if (verbose) std::printf("libSourcePath  %s\n    libDestFolderAdd %s\n", libSourcePath.data, libDestFolderAdd.data);
@@ -110,12 +112,12 @@ bool anyName(const Path&) { return true; }
 
 Path Refresh::run() {
     Path sourcePath = pathFolder(exeWithPath);
-    printStart(sourcePath);
+    printStart(sourcePath, true);
     const bool isAppBundle = sourcePath.indexOf(".app/", 0) >= 0;
     if (isAppBundle) {
         // From the bundle's MacOS folder to the folder that holds the bundle.
         sourcePath = pathFolder(pathFolder(pathFolder(sourcePath)));
-        printStart(sourcePath);
+        printStart(sourcePath, false);
     }
     const Path exeName(pathFileName(exeWithPath).data);
 
