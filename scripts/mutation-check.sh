@@ -3,7 +3,7 @@
 # one at a time, to a copy of this checkout, rebuilds incrementally, runs the suite, and
 # says which faults the suite caught and which survived, with a closing count.
 #
-# Takes about 40 minutes on 2 cores (52 with a second check running beside it): one full
+# Takes about an hour on 2 cores, for some seventy faults: one full
 # build, then for each fault a rebuild of what it touches and a run of the suite (which stops
 # at its first failing test). The whole tool under valgrind is left out of these runs for
 # time; everything else runs.
