@@ -43,7 +43,9 @@ if ! suite; then
 fi
 
 total=0 caught=0 survivors=() invalid=()
-while IFS= read -r entry; do
+# The list comes in on its own descriptor: a test that reads its standard input must not
+# eat the next fault.
+while IFS= read -r entry <&3; do
   case "$entry" in '#'* | '') continue ;; esac
   file=${entry%% ||| *}; rest=${entry#* ||| }
   original=${rest%% ||| *}; rest=${rest#* ||| }
@@ -72,7 +74,7 @@ while IFS= read -r entry; do
   printf '%-8s %s -> %s\n' "$total" "$label" "$verdict"
   cp "$work/original" "$file"
   touch "$file"
-done <"$list"
+done 3<"$list"
 
 echo
 [ "$from" -gt 1 ] && echo "(Faults 1 to $((from - 1)) were left out of this run.)"
