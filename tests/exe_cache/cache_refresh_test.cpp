@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <map>
 #include <iterator>
+#include <map>
 #include <set>
 #include <sstream>
 
