@@ -20,6 +20,8 @@ field() { awk -v n="$2" '{print $n}' "$1"; }
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.3f", a / b }'; }
 verdict() { awk -v r="$1" -v g="$2" -v op="$3" 'BEGIN { ok = (op == "<=") ? r <= g : r >= g; print ok ? "met" : "MISSED" }'; }
 line() { printf '%-36s %s\n' "$1" "$2"; }
+# seconds as milliseconds, two decimals
+in_ms() { awk -v s="$1" 'BEGIN { printf "%.2f", s * 1000 }'; }
 # the median of the numbers given
 median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 # the median wall time of several runs of a command, in seconds
@@ -31,6 +33,15 @@ timed() {
     times+=("$(field "$work/t" 1)")
   done
   median "${times[@]}"
+}
+# Up-to-date log passes of LOCAL into ROOT against rsync's quick check of LOCAL into MIRROR,
+# both already up to date; prints the medians of five and their ratio under LABEL.
+pass_against_rsync() {
+  local label=$1 local_folder=$2 root=$3 mirror=$4 pass_ms rsync_ms r
+  pass_ms=$("$bin/bench/log_pass_driver" "$local_folder" "$root" 5)
+  rsync_ms=$(in_ms "$(timed 5 rsync -a --dry-run "$local_folder" "$mirror")")
+  r=$(ratio "$pass_ms" "$rsync_ms")
+  line "$label" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 }
 # Copies with the tool and with cp in turns, each into a fresh destination after the
 # previous copy's data has been written out; prints "tool_median cp_median" in seconds.
@@ -76,11 +87,7 @@ line "one process snapshot:" "$(echo "$snapshot" | awk '{print $2, $3}') for $(e
 mkdir -p "$work/logs/local" "$work/logs/network/sub/log" "$work/logs/mirror"
 "$bin/bench/make_tree" "$work/logs/local" 10000 100 2000 .txt
 rsync -a "$work/logs/local/" "$work/logs/mirror/"
-pass_ms=$("$bin/bench/log_pass_driver" "$work/logs/local/" "$work/logs/network/" 5)
-rsync_s=$(timed 5 rsync -a --dry-run "$work/logs/local/" "$work/logs/mirror/")
-rsync_ms=$(awk -v s="$rsync_s" 'BEGIN { printf "%.3f", s * 1000 }')
-r=$(ratio "$pass_ms" "$rsync_ms")
-line "up-to-date log pass, 10,000 files:" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
+pass_against_rsync "up-to-date log pass, 10,000 files:" "$work/logs/local/" "$work/logs/network/" "$work/logs/mirror/"
 
 # 3. Copying, page cache warm, same file system: one 1 GiB file, and 10,000 files of 1 to
 #    100 KiB. Throughput ratio = cp's time / the tool's time, medians of five turns each.
@@ -155,8 +162,8 @@ done
 first_ms=$(median "${firsts[@]}"); later_ms=$(median "${laters[@]}")
 command_s=$(timed 7 "$bin/exe_cache/kzLocalCache" "$app/kzOther" "$work/cache.local/" -fast)
 rsync_s=$(timed 7 rsync -a --dry-run "$app/" "$work/cache.rsync/")
-rsync_ms=$(awk -v s="$rsync_s" 'BEGIN { printf "%.2f", s * 1000 }')
-command_ms=$(awk -v s="$command_s" 'BEGIN { printf "%.2f", s * 1000 }')
+rsync_ms=$(in_ms "$rsync_s")
+command_ms=$(in_ms "$command_s")
 r=$(ratio "$first_ms" "$rsync_ms")
 line "up-to-date cache refresh, 2,008 files:" "tool ${first_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 line "  later calls, the whole command:" "${later_ms} ms (ratio $(ratio "$later_ms" "$rsync_ms")), kzLocalCache ${command_ms} ms (ratio $(ratio "$command_ms" "$rsync_ms"))"
@@ -177,11 +184,7 @@ share_bench() {
   # more passes with a pause to settle before the up-to-date passes are timed.
   for _ in 1 2 3; do "$bin/bench/log_pass_driver" "$work/share.logs/" "$at/farm/" 1 >/dev/null; sleep 2; done
   rsync -a "$work/share.logs/" "$at/rsync/"
-  pass_ms=$("$bin/bench/log_pass_driver" "$work/share.logs/" "$at/farm/" 5)
-  rsync_s=$(timed 5 rsync -a --dry-run "$work/share.logs/" "$at/rsync/")
-  rsync_ms=$(awk -v s="$rsync_s" 'BEGIN { printf "%.1f", s * 1000 }')
-  r=$(ratio "$pass_ms" "$rsync_ms")
-  line "$kind, up-to-date pass, 1,000 files:" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
+  pass_against_rsync "$kind, up-to-date pass, 1,000 files:" "$work/share.logs/" "$at/farm/" "$at/rsync/"
 
   for what in small big; do
     local src="$work/share.$what" kz=() rs=() cps=()
