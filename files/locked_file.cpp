@@ -25,10 +25,31 @@ bool isFile(const char* path) {
     return ::stat(path, &st) == 0 && !S_ISDIR(st.st_mode);
 }
 
-bool isAbandoned(const char* path) {
-    _kzTime modified;
-    fileInfo(_kzString8_allSize<500>(path), &modified, nullptr);
-    return _kzTime(true).value > modified.value + kAbandonedAfterSeconds;
+namespace {
+
+// The file at the path, if it is a file (no folder) older than three hours by its time.
+bool abandonedFile(const char* path, struct stat& st) {
+    return ::stat(path, &st) == 0 && !S_ISDIR(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
+}
+
+} // namespace
+
+void removeAbandoned(const _kzString8_allSize<500>& path) {
+    struct stat seen, now;
+    if (!abandonedFile(path.data, seen)) return;
+    _kzString8_allSize<500> claim(path);
+    claim += ".stale";
+    FILE* claimed = std::fopen(claim.data, "wx");
+    if (!claimed) {
+        // Another process is removing it right now. A claim left by a process that died
+        // holding it is removed once it is abandoned itself; the next time-out tries again.
+        if (errno == EEXIST && abandonedFile(claim.data, now)) ::unlink(claim.data);
+        return;
+    }
+    std::fclose(claimed);
+    // Only the file that was found abandoned, and only while it still stands there.
+    if (abandonedFile(path.data, now) && now.st_ino == seen.st_ino && now.st_mtime == seen.st_mtime) ::unlink(path.data);
+    ::unlink(claim.data);
 }
 
 bool removeFile(const char* path) { return ::unlink(path) == 0; }

@@ -28,8 +28,14 @@ bool entryExists(const char* path);
 bool isFolder(const char* path);
 // Something that is no folder stands at the path: a lock file, for the stale rule.
 bool isFile(const char* path);
-// Whether the file at the path (its time 0 if there is none) is older than three hours.
-bool isAbandoned(const char* path);
+// Deletes the lock file at the path if it is abandoned (older than three hours), and only
+// that file. Several processes may find the same abandoned file at once; by the time one
+// of them deletes, another may have removed it already and a third created a fresh lock
+// there, which a plain unlink would take away from its holder. So the removal runs under a
+// claim of its own (the path with ".stale" added, created exclusively like the lock itself),
+// and deletes only the file that was found abandoned, if it still stands there while the
+// claim is held. A path with no file has nothing to delete.
+void removeAbandoned(const _kzString8_allSize<500>& path);
 bool removeFile(const char* path);
 // The text written into a lock file: owner and local time, at most 500 bytes.
 _kzString8_allSize<500> lockText(const _kzString<250>& owner);
@@ -80,7 +86,7 @@ public:
             if (waitedMs) *waitedMs = polls * kzlock::kPollMs;
             if (polls >= maxPolls) {
                 const _kzString8_allSize<500> longPath = lockPath.to_kzString8_500();
-                if (kzlock::isAbandoned(longPath.data)) deleteLockFile();
+                kzlock::removeAbandoned(longPath);
                 if (kzlock::isFile(longPath.data)) {
                     setError(lastError, true);
                     return false;
@@ -90,7 +96,9 @@ public:
             file = std::fopen(shortPath.data, "wx");
             if (file) break;
             // A folder at the lock path would make the race rule below wait forever: it fails.
-            const int error = errno == EEXIST && kzlock::isFolder(shortPath.data) ? EISDIR : errno;
+            // (errno is read first: the folder test's stat sets it anew.)
+            const int created = errno;
+            const int error = created == EEXIST && kzlock::isFolder(shortPath.data) ? EISDIR : created;
             setError(error, false);
             if (error != EEXIST) {
                 if (waitedMs) *waitedMs = -*waitedMs;
