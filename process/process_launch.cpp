@@ -36,6 +36,28 @@ _kzString8_allSize<100> rightsText(mode_t mode) {
     return text;
 }
 
+// A pipe for a child's stream, both ends close-on-exec (so the pipe reaches no other child;
+// dup2 gives the child its own copies on 1 and 2 without the flag), or both ends 0 if it
+// can't be made, as when the descriptors are used up. 0 means "no pipe" to the capture, so
+// an end is never left on one of the caller's standard streams either.
+void makePipe(int ends[2]) {
+    ends[0] = ends[1] = 0;
+    int made[2];
+    if (::pipe2(made, O_CLOEXEC) != 0) return;
+    for (int& end : made)
+        if (end <= 2) {
+            const int moved = ::fcntl(end, F_DUPFD_CLOEXEC, 3);
+            ::close(end);
+            end = moved;
+        }
+    if (made[0] > 2 && made[1] > 2) {
+        ends[0] = made[0], ends[1] = made[1];
+        return;
+    }
+    for (const int end : made)
+        if (end > 2) ::close(end);
+}
+
 } // namespace
 
 bool kzLaunchablePath(const _kzString8_allSize<250>& path) {
@@ -66,26 +88,26 @@ void kzExecOrDiagnose(char** argv) {
 int _kzChildProcess::start(const _kzString<250>& path, _kzFileList& args) {
     const _kzString8_allSize<250> program = path.to_kzString8_250();
     if (!kzLaunchablePath(program)) return 0;
-    int out[2] = {0, 0}, err[2] = {0, 0};
-    // Close-on-exec keeps these pipes out of every other child; dup2 gives the child's own
-    // copies on 1 and 2 without it.
-    (void)!::pipe2(out, O_CLOEXEC);
-    (void)!::pipe2(err, O_CLOEXEC);
+    int out[2], err[2];
+    makePipe(out);
+    makePipe(err);
     outRead = out[0], outWrite = out[1], errRead = err[0], errWrite = err[1];
     std::fflush(nullptr); // the child must not print the parent's unwritten output again
     const pid_t pid = ::fork();
     if (pid == 0) {
-        ::dup2(outWrite, 1);
-        ::dup2(errWrite, 2);
+        // A stream whose pipe could not be made stays the parent's.
+        if (outWrite) ::dup2(outWrite, 1);
+        if (errWrite) ::dup2(errWrite, 2);
         kzExecOrDiagnose(kzArgumentVector(program, args));
     }
     if (pid < 0) {
         closePipes();
         return -1;
     }
-    ::close(outWrite);
-    ::close(errWrite);
-    outWrite = errWrite = 0;
+    for (int32_t* end : {&outWrite, &errWrite}) {
+        if (*end) ::close(*end);
+        *end = 0;
+    }
     // What the program says while it starts: five reads 50 ms apart.
     for (int i = 0; i < 5; ++i) {
         if (i > 0) kzSleepMS(50);

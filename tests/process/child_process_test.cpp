@@ -2,6 +2,7 @@
 // on, standard error marked, the replacement table, the buffer's limit, the diagnosis of a
 // failed start, free children with an output file, and a process replaced in place.
 #include <pwd.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -107,6 +108,34 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
     int status = -1;
     waitpid(pid, &status, 0);
     EXPECT_EQ(WEXITSTATUS(status), 0);
+
+    // No descriptor left for the pipes: the child runs uncaptured, and the capture neither
+    // reads nor closes the caller's own standard input.
+    int input[2];
+    ASSERT_EQ(::pipe(input), 0);
+    ASSERT_EQ(::write(input[1], "the caller's\n", 13), 13);
+    const int savedInput = ::dup(0);
+    ::dup2(input[0], 0);
+    ::close(input[0]);
+    rlimit limit;
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit lowered{64, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &lowered);
+    std::vector<int> taken;
+    for (int fd; (fd = ::dup(1)) >= 0;) taken.push_back(fd);
+    {
+        Shell quiet("exit 0");
+        EXPECT_GT(quiet.pid, 0);
+        EXPECT_EQ(quiet.take() + quiet.collect(0), "");
+    }
+    for (const int fd : taken) ::close(fd);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    char rest[20] = {};
+    EXPECT_EQ(::read(0, rest, sizeof rest), 13);
+    EXPECT_STREQ(rest, "the caller's\n");
+    ::dup2(savedInput, 0);
+    ::close(savedInput);
+    ::close(input[1]);
 }
 
 TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
