@@ -2,7 +2,10 @@
 
 #include <cstring>
 
-_kzProcessLoadTable::_kzProcessLoadTable(const int& capacity_) : records(new _kzProcessLoadRecord[capacity_]), capacity(capacity_) {}
+// Both times start unset (0): isBehind tells a table that never took a list over by that.
+_kzProcessLoadTable::_kzProcessLoadTable(const int& capacity_) : records(new _kzProcessLoadRecord[capacity_]), capacity(capacity_) {
+    snapshotTimeMS.value = 0;
+}
 
 _kzProcessLoadTable::~_kzProcessLoadTable() {
     delete[] records;
