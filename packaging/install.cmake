@@ -23,6 +23,13 @@ add_custom_target(manual_pages ALL DEPENDS ${kz_manual_pages})
 install(FILES ${kz_manual_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT commands)
 install(FILES packaging/kzStartLocal.service
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/kzstartlocal/examples COMPONENT commands)
+# Every Debian package carries its copyright file and its changelog, compressed.
+add_custom_command(OUTPUT changelog.Debian.gz
+  COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/packaging/changelog > changelog.Debian.gz
+  DEPENDS ${PROJECT_SOURCE_DIR}/packaging/changelog VERBATIM)
+add_custom_target(debian_changelog ALL DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian.gz)
+install(FILES packaging/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.Debian.gz
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/kzstartlocal COMPONENT commands)
 
 # The shared code: one library per subsystem, exported under the subsystem's folder name.
 foreach(subsystem strings platform time buffers files process exe_cache)
@@ -46,12 +53,14 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kzConfig.cmake ${CMAKE_CURRENT_BINARY_
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kzstartlocal)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "Render farm administrators <root@localhost>")
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_PACKAGE_CONTACT "kzStartLocal maintainers <maintainers@users.noreply.c-seed-d06f011f.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "mirrors a render-farm server's local folder to the network folder")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "kzStartLocal runs beside the render-farm server (kzServerconsole) and, while the
-server runs, mirrors its log files and job database from its fast local folder to
-the farm's network folder every seven seconds. kzLocalCache primes a workstation's
-local cache with an application of the suite and its libraries.")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "kzStartLocal runs beside the render-farm server (kzServerconsole) and,
+while the server runs, mirrors its log files and job database from its fast
+local folder to the farm's network folder every seven seconds. kzLocalCache
+primes a workstation's local cache with an application of the suite and its
+libraries.")
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

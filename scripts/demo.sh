@@ -20,8 +20,11 @@ echo "not a log, not mirrored"         > "$local_folder/notes.md"
 head -c 20000 /dev/urandom             > "$local_folder/jobs.db"
 
 list() {
-  ( cd "$network_root" && find . -type f -printf '  %-52p %6s bytes  %TY-%Tm-%Td %TH:%TM:%.2TS\n' | sort )
+  ( cd "$1" && find . -type f -printf '  %-52p %6s bytes  %TY-%Tm-%Td %TH:%TM:%.2TS\n' | sort )
 }
+echo "== the local folder (each copy will carry its original's modification time, to the"
+echo "   second: that is how the next pass knows that a file has not changed):"
+list "$local_folder"
 
 # The stand-in server lives 16 s. The tool looks for it once a second and mirrors every
 # seventh second: at about 7 s and 14 s.
@@ -34,11 +37,12 @@ tool_pid=$!
 pids+=($tool_pid)
 
 sleep 9
-echo "== network folder after the first pass:"
-list
+echo "== network folder after the first pass (the same times as the originals):"
+list "$network_root"
 echo "== the server writes another line to server.txt"
 echo "render node 12 finished job 4711" >> "$local_folder/server.txt"
 
 wait "$tool_pid"
-echo "== network folder after the second pass (server.txt arrived again, now longer):"
-list
+echo "== network folder after the second pass (server.txt arrived again, longer and with"
+echo "   its new time; the unchanged files were skipped):"
+list "$network_root"

@@ -1,15 +1,22 @@
 #!/usr/bin/env bash
-# Installs, from Debian's packages, whatever this machine lacks to build and test the project.
-# Does nothing when everything is there already.
+# Installs, from Debian's packages, whatever this machine lacks to build and test the project
+# and to make its Debian packages; a minimal Debian 12 gets everything it needs. Does nothing
+# when everything is there already. Extra package names may be given as arguments.
+#
+# The network-share tests start their own Samba and sshd on 127.0.0.1 and stop them again:
+# they need the programs, not the services. Debian starts a server's service when its
+# package is installed and enables it at every boot, so the installation runs under a
+# policy-rc.d that refuses every start (unless the machine has a policy of its own), and
+# every service that the installation enabled is disabled again afterwards. Services that
+# the machine had before stay as they were.
 set -euo pipefail
 
-# The network-share tests serve a folder with Samba and sshd on 127.0.0.1 and mount it
-# through FUSE (smbnetfs, sshfs). The package test verifies the systemd unit where
-# systemd-analyze is present; it does not install systemd for that.
+# The shares are mounted through FUSE (smbnetfs, sshfs). The package test verifies the
+# example systemd unit where systemd-analyze is present; it does not install systemd for it.
 packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
   samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
   zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
-  dpkg-dev groff-base man-db # the Debian package: its dependencies, its manual pages
+  dpkg-dev file lintian groff-base man-db # the Debian package: dependencies, checks, manual pages
   "$@")
 missing=()
 for p in "${packages[@]}"; do
@@ -21,13 +28,48 @@ sudo=""
 if [ "$(id -u)" -ne 0 ]; then
   if ! command -v sudo >/dev/null; then
     echo "Missing Debian packages: ${missing[*]}" >&2
-    echo "This user is not root and there is no sudo. As root, run:" >&2
-    echo "  apt-get update && apt-get install -y --no-install-recommends ${missing[*]}" >&2
+    echo "This user is not root and there is no sudo. As root, run: $0 ${*}" >&2
     exit 1
   fi
   sudo="sudo"
 fi
+
+# The links that make a service start at boot: systemd's in /etc/systemd/system, and the
+# start links of the init scripts.
+service_links() { find /etc/systemd/system /etc/rc?.d -type l 2>/dev/null | sort; }
+before=$(service_links)
+
+policy=/usr/sbin/policy-rc.d
+if [ ! -e "$policy" ]; then
+  printf '#!/bin/sh\n# Left by kzStartLocal'"'"'s scripts/install-deps.sh while it installs: no service starts.\nexit 101\n' |
+    $sudo tee "$policy" >/dev/null
+  $sudo chmod 755 "$policy"
+  trap '$sudo rm -f "$policy"' EXIT
+fi
+
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 $sudo apt-get update -qq
 $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+
+# What the installation enabled, disabled again the way Debian records it, so that a later
+# upgrade of the package does not enable it either.
+comm -13 <(printf '%s\n' "$before") <(service_links) | while read -r link; do
+  case $link in
+  /etc/systemd/system/*)
+    target=$(readlink "$link")
+    [ "$target" != /dev/null ] || continue # a mask enables nothing
+    unit=$(basename "$target")
+    owner=$(dpkg-query -S "/lib/systemd/system/$unit" 2>/dev/null || dpkg-query -S "/usr/lib/systemd/system/$unit" 2>/dev/null || true)
+    [ -e "$link" ] || [ -L "$link" ] || continue # gone with an earlier unit of the same package
+    echo "Disabling $unit, which the installation enabled"
+    $sudo env DPKG_MAINTSCRIPT_PACKAGE="${owner%%:*}" deb-systemd-helper disable "$unit"
+    ;;
+  /etc/rc?.d/S*)
+    script=${link##*/S[0-9][0-9]}
+    [ -e "$link" ] || [ -L "$link" ] || continue
+    echo "Disabling the init script $script, which the installation enabled"
+    $sudo update-rc.d "$script" disable >/dev/null 2>&1
+    ;;
+  esac
+done

@@ -2,9 +2,10 @@
 # What an administrator and another program of the suite get from this build:
 #   install_test.sh consumer BUILD SOURCE   installs into a temporary prefix and builds and
 #                                           runs examples/consumer against that copy
-#   install_test.sh package BUILD SOURCE    makes the Debian package and checks its files,
-#                                           runs its commands from an extracted copy, formats
-#                                           its manual pages and verifies its systemd unit
+#   install_test.sh package BUILD SOURCE    makes the Debian package and checks its files and
+#                                           lintian's verdict, runs its commands from an
+#                                           extracted copy, formats its manual pages and
+#                                           verifies its systemd unit
 set -euo pipefail
 mode=$1 build=$2 source=$3
 tmp=$(mktemp -d "${TMPDIR:-/tmp}/kz_install.XXXXXX")
@@ -34,6 +35,8 @@ cat >"$tmp/expected" <<'LIST'
 ./usr/share/
 ./usr/share/doc/
 ./usr/share/doc/kzstartlocal/
+./usr/share/doc/kzstartlocal/changelog.Debian.gz
+./usr/share/doc/kzstartlocal/copyright
 ./usr/share/doc/kzstartlocal/examples/
 ./usr/share/doc/kzstartlocal/examples/kzStartLocal.service
 ./usr/share/man/
@@ -43,6 +46,9 @@ cat >"$tmp/expected" <<'LIST'
 LIST
 diff "$tmp/expected" <(sort "$tmp/files") || fail "the package's files differ from the list above"
 dpkg-deb -f "$deb" Depends | grep -q libc6 || fail "no dependency on the C library"
+# Debian's own checks: no error (warnings are reported, and stay visible in the output).
+verdict=$(lintian --fail-on error "$deb" 2>&1) || fail "lintian: $verdict"
+grep -v '^running with root privileges' <<<"$verdict" || true
 
 # The commands, from an extracted copy: the usage lines, and a run that ends at once since
 # no server runs in this test's own process namespace.
