@@ -44,6 +44,12 @@ int countByName(Table& table, const _kzString8_allSize<25>& upperName, uint64_t*
     return countMatching(table, upperName, nullptr, [](int) { return _kzString8_allSize<25>(); }, pidOut, firstOnly);
 }
 
+// A raw record's name as the tables keep it: at most 16 characters, in upper case.
+inline _kzString8_allSize<25> upperNameOf(const kzRawProcess& record) {
+    _kzString8_allSize<25> name(record.name, static_cast<int>(strnlen(record.name, sizeof record.name)));
+    return name.makeUpper();
+}
+
 // Appends raw records as slots in the given order, up to `limit` slots; names in upper case,
 // load fields cleared.
 template <typename Table>
@@ -53,8 +59,7 @@ void storeRaw(Table& table, const kzRawProcess* records, long n, int limit, bool
         entry.pid = records[i].pid;
         entry.parentPid = records[i].parentPid;
         entry.uid = records[i].uid;
-        entry.name = _kzString8_allSize<25>(records[i].name, static_cast<int>(strnlen(records[i].name, sizeof records[i].name)));
-        entry.name.makeUpper();
+        entry.name = upperNameOf(records[i]);
         if (clearOwner) entry.owner.clear();
         entry.memoryMB = 0;
         entry.cpuSeconds = 0;

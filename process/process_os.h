@@ -15,3 +15,9 @@ bool kzReadRawProcesses_OS(kzRawProcess** records, long* count);
 // resident bytes. Returns 0, or the error number of the failure (EACCES, EPERM, ENOENT and
 // ESRCH mean a process that may not be read or has just gone).
 int kzReadProcessLoad_OS(uint32_t pid, double* cpuSeconds, uint64_t* residentBytes);
+
+// Who the process of one pid is now, from that process's own entry: its short name, as the
+// table would hold it, in `process` (pid, parent and name; no uid), and its start time, which
+// tells it apart from a later process under the same pid. False if that can't be answered:
+// the process is gone, or its entry can't be read.
+bool kzReadProcessIdentity_OS(uint32_t pid, kzRawProcess* process, uint64_t* startTime);

@@ -7,6 +7,7 @@
 #include "platform/memory.h"
 #include "platform/sleep.h"
 #include "process/process_list.h"
+#include "process/process_watch.h"
 #include "strings/kz_string8.h"
 #include "tool/job_db_pass.h"
 #include "tool/log_pass.h"
@@ -53,11 +54,6 @@ void printSettings(const _kzString<500>& localFolder, const _kzString<500>& netw
     std::fflush(stdout);
 }
 
-bool serverIsRunning(_kzProcessList& processes) {
-    // findByName upper-cases the name it is given, so the name is built anew for each look.
-    _kzString8_allSize<25> name(kWatchedProcess);
-    return processes.findByName(name, true, nullptr);
-}
 
 } // namespace
 
@@ -86,13 +82,16 @@ int kzStartLocalMain(int argc, char** argv) {
     // Each pass reads its folder into a list of whole name records (about 1 KiB a name) and
     // frees it at its end; this makes that memory leave the process with it.
     kzReturnLargeBlocksToSystem();
+    // Each look answers as a full look at the process table would; once the server has been
+    // found, a look reads only the server's own entry until that is no longer the server.
     _kzProcessList processes(false);
+    _kzProcessWatch server;
     _kzDirScan logScan;
     logScan.addEndFilter(_kzString<500>(".txt"));
     _kzDirScan jobScan;
     int passCounter = 0;
     for (;;) {
-        if (!serverIsRunning(processes)) {
+        if (!server.isRunning(processes, kWatchedProcess)) {
             // No last pass: what changed since the previous pass stays unmirrored.
             std::puts("\nQUIT\n");
             std::fflush(stdout);

@@ -6,40 +6,19 @@
 // from the base name of argv[0] when that base name starts with it.
 #include <dirent.h>
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "process/linux/proc_files.h"
 #include "process/process_os.h"
 
 namespace {
 
 constexpr size_t kKernelNameLength = 15;
 constexpr size_t kShortNameLength = 16;
-
-// Reads a small /proc file whole (up to size - 1 bytes) and terminates it.
-// Returns the byte count, or -1 if the file can't be opened or read.
-long readSmallFile(int procFd, const char* path, char* buffer, size_t size) {
-    const int fd = openat(procFd, path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return -1;
-    size_t total = 0;
-    while (total < size - 1) {
-        const ssize_t n = read(fd, buffer + total, size - 1 - total);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) {
-            close(fd);
-            return -1;
-        }
-        if (n == 0) break;
-        total += static_cast<size_t>(n);
-    }
-    close(fd);
-    buffer[total] = 0;
-    return static_cast<long>(total);
-}
 
 // A /proc entry that names a process is all digits.
 bool parsePid(const char* name, uint32_t* pid) {
@@ -54,25 +33,21 @@ bool parsePid(const char* name, uint32_t* pid) {
     return true;
 }
 
-// "PID (NAME) STATE PPID ...": the name stands between the first "(" and the last ")",
-// since a name may itself hold parentheses.
-bool parseStat(const char* text, long length, kzRawProcess& out) {
-    const char* open = static_cast<const char*>(std::memchr(text, '(', static_cast<size_t>(length)));
-    const char* close = static_cast<const char*>(memrchr(text, ')', static_cast<size_t>(length)));
-    if (!open || !close || close < open) return false;
-    size_t nameLength = static_cast<size_t>(close - open - 1);
-    if (nameLength > kShortNameLength) nameLength = kShortNameLength;
-    std::memcpy(out.name, open + 1, nameLength);
+// Pid, parent and name (cut to 16 characters) from the process's stat line; its start time
+// where asked for.
+bool readStat(int folderFd, const char* pidText, uint32_t pid, kzRawProcess& out, unsigned long long* startTicks) {
+    char path[48];
+    char buffer[1024];
+    std::snprintf(path, sizeof path, "%s/stat", pidText);
+    const long length = kzReadProcFile(folderFd, path, buffer, sizeof buffer);
+    kzProcStat stat;
+    if (length <= 0 || !kzParseProcStat(buffer, length, stat)) return false;
+    const size_t nameLength = stat.nameLength > kShortNameLength ? kShortNameLength : stat.nameLength;
+    std::memcpy(out.name, stat.name, nameLength);
     out.name[nameLength] = 0;
-
-    const char* p = close + 1;
-    while (*p == ' ') ++p;
-    if (*p == 0) return false;
-    ++p; // the state letter
-    char* end = nullptr;
-    const unsigned long parent = std::strtoul(p, &end, 10);
-    if (end == p) return false;
-    out.parentPid = static_cast<uint32_t>(parent);
+    out.pid = pid;
+    out.parentPid = stat.parentPid;
+    if (startTicks) *startTicks = stat.startTicks;
     return true;
 }
 
@@ -91,12 +66,12 @@ bool parseEffectiveUid(const char* text, uint32_t* uid) {
 
 // A kernel name of exactly 15 characters may be a longer name cut short: take the 16th
 // character from argv[0] when its base name begins with the kernel's name.
-void completeShortName(int procFd, const char* pidText, kzRawProcess& out) {
+void completeShortName(int folderFd, const char* pidText, kzRawProcess& out) {
     if (std::strlen(out.name) != kKernelNameLength) return;
     char path[48];
     std::snprintf(path, sizeof path, "%s/cmdline", pidText);
     char buffer[4096];
-    const long n = readSmallFile(procFd, path, buffer, sizeof buffer);
+    const long n = kzReadProcFile(folderFd, path, buffer, sizeof buffer);
     if (n <= 0) return; // kernel threads and zombies have no command line
     if (!std::memchr(buffer, 0, static_cast<size_t>(n))) return; // argv[0] longer than we read
     const char* slash = std::strrchr(buffer, '/');
@@ -109,17 +84,12 @@ void completeShortName(int procFd, const char* pidText, kzRawProcess& out) {
 
 // False if the process has gone while it was being read.
 bool readProcess(int procFd, const char* pidText, uint32_t pid, kzRawProcess& out) {
+    if (!readStat(procFd, pidText, pid, out, nullptr)) return false;
     char path[48];
     char buffer[1024];
-    std::snprintf(path, sizeof path, "%s/stat", pidText);
-    const long statLength = readSmallFile(procFd, path, buffer, sizeof buffer);
-    if (statLength <= 0 || !parseStat(buffer, statLength, out)) return false;
-    out.pid = pid;
-
     std::snprintf(path, sizeof path, "%s/status", pidText);
-    if (readSmallFile(procFd, path, buffer, sizeof buffer) <= 0) return false;
+    if (kzReadProcFile(procFd, path, buffer, sizeof buffer) <= 0) return false;
     if (!parseEffectiveUid(buffer, &out.uid)) return false;
-
     completeShortName(procFd, pidText, out);
     return true;
 }
@@ -165,5 +135,16 @@ bool kzReadRawProcesses_OS(kzRawProcess** records, long* count) {
     }
     *records = table;
     *count = n;
+    return true;
+}
+
+bool kzReadProcessIdentity_OS(uint32_t pid, kzRawProcess* process, uint64_t* startTime) {
+    char folder[24];
+    std::snprintf(folder, sizeof folder, "/proc/%u", pid);
+    unsigned long long startTicks = 0;
+    if (!readStat(AT_FDCWD, folder, pid, *process, &startTicks)) return false;
+    process->uid = 0; // not read: the question is who the process is, not whose
+    completeShortName(AT_FDCWD, folder, *process);
+    *startTime = startTicks;
     return true;
 }
