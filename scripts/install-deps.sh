@@ -35,8 +35,9 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 
 # The links that make a service start at boot: systemd's in /etc/systemd/system, and the
-# start links of the init scripts.
-service_links() { find /etc/systemd/system /etc/rc?.d -type l 2>/dev/null | sort; }
+# start links of the init scripts in the multi-user runlevels (those of rcS.d set the
+# machine up at boot, such as procps applying sysctl.conf, and start no service).
+service_links() { find /etc/systemd/system /etc/rc[2-5].d -type l 2>/dev/null | sort; }
 before=$(service_links)
 
 policy=/usr/sbin/policy-rc.d
@@ -63,13 +64,15 @@ comm -13 <(printf '%s\n' "$before") <(service_links) | while read -r link; do
     owner=$(dpkg-query -S "/lib/systemd/system/$unit" 2>/dev/null || dpkg-query -S "/usr/lib/systemd/system/$unit" 2>/dev/null || true)
     [ -e "$link" ] || [ -L "$link" ] || continue # gone with an earlier unit of the same package
     echo "Disabling $unit, which the installation enabled"
-    $sudo env DPKG_MAINTSCRIPT_PACKAGE="${owner%%:*}" deb-systemd-helper disable "$unit"
+    $sudo env DPKG_MAINTSCRIPT_PACKAGE="${owner%%:*}" deb-systemd-helper disable "$unit" ||
+      echo "Could not disable $unit; disable it with: systemctl disable $unit" >&2
     ;;
   /etc/rc?.d/S*)
     script=${link##*/S[0-9][0-9]}
     [ -e "$link" ] || [ -L "$link" ] || continue
     echo "Disabling the init script $script, which the installation enabled"
-    $sudo update-rc.d "$script" disable >/dev/null 2>&1
+    $sudo update-rc.d "$script" disable >/dev/null 2>&1 ||
+      echo "Could not disable $script; disable it with: update-rc.d $script disable" >&2
     ;;
   esac
 done
