@@ -129,7 +129,7 @@ TEST(ProcessQueries, TheLoadTableAndTheSorts) {
     EXPECT_EQ(list->entries[0].pid * 1000 + list->entries[3].pid, 3009u);
 
     _kzProcessLoadTable table(4);
-    EXPECT_EQ(table.snapshotTimeMS.value, 0); // unset until a list is taken over
+    EXPECT_EQ(static_cast<long long>(table.snapshotTimeMS.value), 0); // unset until a list is taken over
     table.count = 2;
     table.at(0)->pid = 3;
     list->entries[0].cpuSeconds = 10.0;
