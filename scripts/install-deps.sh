@@ -16,7 +16,8 @@ set -euo pipefail
 packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
   samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
   zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
-  dpkg-dev file lintian groff-base man-db # the Debian package: dependencies, checks, manual pages
+  dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
+  pkgconf # a program built against libkz-dev through pkg-config
   "$@")
 missing=()
 for p in "${packages[@]}"; do
@@ -54,8 +55,9 @@ $sudo apt-get update -qq
 $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 
 # What the installation enabled, disabled again the way Debian records it, so that a later
-# upgrade of the package does not enable it either.
-comm -13 <(printf '%s\n' "$before") <(service_links) | while read -r link; do
+# upgrade of the package does not enable it either: systemd's units first (with all their
+# links, aliases included), then the init scripts.
+comm -13 <(printf '%s\n' "$before") <(service_links) | sort -r | while read -r link; do
   case $link in
   /etc/systemd/system/*)
     target=$(readlink "$link")

@@ -2,30 +2,46 @@
 # What an administrator and another program of the suite get from this build:
 #   install_test.sh consumer BUILD SOURCE   installs into a temporary prefix and builds and
 #                                           runs examples/consumer against that copy
-#   install_test.sh package BUILD SOURCE    makes the Debian package and checks its files and
-#                                           lintian's verdict, runs its commands from an
-#                                           extracted copy, formats its manual pages and
-#                                           verifies its systemd unit
+#   install_test.sh package BUILD SOURCE    makes the Debian packages and checks their files
+#                                           and lintian's verdict; runs the commands from an
+#                                           extracted copy, formats their manual pages and
+#                                           verifies the systemd unit; builds and runs
+#                                           examples/consumer against an extracted copy of
+#                                           libkz-dev, through find_package and through
+#                                           pkg-config
 set -euo pipefail
 mode=$1 build=$2 source=$3
 tmp=$(mktemp -d "${TMPDIR:-/tmp}/kz_install.XXXXXX")
 trap 'rm -rf "$tmp"' EXIT
 fail() { echo "FAIL: $*" >&2; exit 1; }
 
+mkdir "$tmp/folder" && touch "$tmp/folder/b.txt" "$tmp/folder/A.txt" && mkdir "$tmp/folder/sub"
+# Runs a consumer program and checks what it says; HOW tells how it was built.
+consumer_runs() {
+  local program=$1 how=$2 out
+  out=$("$program" "$tmp/folder" kz_consumer)
+  [ "$out" = "$(printf 'A.txt\nb.txt\n2 files, 1 processes named kz_consumer')" ] || fail "consumer ($how) said: $out"
+  echo "the consumer built $how ran: ${out##*$'\n'}"
+}
+
 if [ "$mode" = consumer ]; then
   cmake --install "$build" --prefix "$tmp/prefix" >/dev/null
   cmake -S "$source/examples/consumer" -B "$tmp/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$tmp/prefix" >/dev/null
   cmake --build "$tmp/consumer" >/dev/null
-  mkdir "$tmp/folder" && touch "$tmp/folder/b.txt" "$tmp/folder/A.txt" && mkdir "$tmp/folder/sub"
-  out=$("$tmp/consumer/kz_consumer" "$tmp/folder" kz_consumer)
-  [ "$out" = "$(printf 'A.txt\nb.txt\n2 files, 1 processes named kz_consumer')" ] || fail "consumer said: $out"
-  echo "the consumer built against the installed libraries ran: $out"
+  consumer_runs "$tmp/consumer/kz_consumer" "against the libraries installed into a prefix"
   exit 0
 fi
 
 [ "$mode" = package ] || fail "unknown mode $mode"
 (cd "$build" && cpack -G DEB -B "$tmp/out" >/dev/null) || fail "cpack failed"
 deb=$(ls "$tmp"/out/kzstartlocal_*.deb)
+dev=$(ls "$tmp"/out/libkz-dev_*.deb)
+# Debian's own checks: no error in either package (warnings would stay visible here).
+for package in "$deb" "$dev"; do
+  verdict=$(lintian --fail-on error "$package" 2>&1) || fail "lintian: $verdict"
+  grep -v '^running with root privileges' <<<"$verdict" || true
+done
+
 dpkg-deb -c "$deb" | awk '{ print $6 }' >"$tmp/files"
 cat >"$tmp/expected" <<'LIST'
 ./usr/
@@ -46,9 +62,6 @@ cat >"$tmp/expected" <<'LIST'
 LIST
 diff "$tmp/expected" <(sort "$tmp/files") || fail "the package's files differ from the list above"
 dpkg-deb -f "$deb" Depends | grep -q libc6 || fail "no dependency on the C library"
-# Debian's own checks: no error (warnings are reported, and stay visible in the output).
-verdict=$(lintian --fail-on error "$deb" 2>&1) || fail "lintian: $verdict"
-grep -v '^running with root privileges' <<<"$verdict" || true
 
 # The commands, from an extracted copy: the usage lines, and a run that ends at once since
 # no server runs in this test's own process namespace.
@@ -84,3 +97,32 @@ else
   echo "systemd-analyze is not here: the unit was not verified"
 fi
 echo "package $(basename "$deb"): $(wc -l <"$tmp/files") entries, $(stat -c %s "$deb") bytes"
+
+# libkz-dev: the seven libraries where the system keeps its own, every header of the source
+# tree, the CMake package and kz.pc, and its own copyright and changelog.
+multiarch=$(gcc -print-multiarch)
+dpkg-deb -c "$dev" | awk '{ print $6 }' >"$tmp/dev_files"
+for subsystem in strings platform time buffers files process exe_cache; do
+  grep -qx "./usr/lib/$multiarch/libkz_$subsystem.a" "$tmp/dev_files" || fail "libkz-dev lacks libkz_$subsystem.a"
+  for header in "$source/$subsystem"/*.h; do
+    grep -qx "./usr/include/kz/$subsystem/$(basename "$header")" "$tmp/dev_files" || fail "libkz-dev lacks $subsystem/$(basename "$header")"
+  done
+done
+for file in "lib/$multiarch/cmake/kz/kzConfig.cmake" "lib/$multiarch/pkgconfig/kz.pc" share/doc/libkz-dev/copyright \
+  share/doc/libkz-dev/changelog.Debian.gz; do
+  grep -qx "./usr/$file" "$tmp/dev_files" || fail "libkz-dev lacks /usr/$file"
+done
+dev_root="$tmp/dev_root"
+dpkg-deb -x "$dev" "$dev_root"
+# As from a real installation: find_package(kz) with no prefix given, in a file system whose
+# root is the extracted package ...
+cmake -S "$source/examples/consumer" -B "$tmp/dev_cmake" -G Ninja -DCMAKE_FIND_ROOT_PATH="$dev_root" \
+  -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=ONLY >/dev/null || fail "find_package(kz) did not find libkz-dev"
+cmake --build "$tmp/dev_cmake" >/dev/null
+consumer_runs "$tmp/dev_cmake/kz_consumer" "with find_package(kz) from libkz-dev"
+# ... and with plain g++ and what pkg-config says.
+flags=$(PKG_CONFIG_SYSROOT_DIR="$dev_root" PKG_CONFIG_LIBDIR="$dev_root/usr/lib/$multiarch/pkgconfig" pkg-config --cflags --libs kz)
+mkdir "$tmp/dev_pkgconfig"
+g++ -std=c++17 -o "$tmp/dev_pkgconfig/kz_consumer" "$source/examples/consumer/main.cpp" $flags || fail "g++ with pkg-config's flags: $flags"
+consumer_runs "$tmp/dev_pkgconfig/kz_consumer" "with g++ and pkg-config --cflags --libs kz from libkz-dev"
+echo "package $(basename "$dev"): $(wc -l <"$tmp/dev_files") entries, $(stat -c %s "$dev") bytes"
