@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/platform_os.h"
 #include "platform/sleep.h"
 
 namespace {
@@ -114,6 +115,11 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
     if (to < 0) return fail();
 
     const utimbuf times{st.st_atime, st.st_mtime};
+    // The source's time is what makes the next comparison find the copy up to date. It is set
+    // once: before the close on a local disk; after the close elsewhere, since an SMB share
+    // stamps the time of the last write on the file when its handle closes (and that close
+    // may land after close() has returned).
+    const bool timeBeforeClose = kzCloseKeepsFileTime_OS(to);
     const long chunk = chunkSizeFor(st);
     const long alignment = leastCommonMultiple(8, ::sysconf(_SC_PAGESIZE));
     void* block = std::malloc(static_cast<size_t>(chunk + alignment + 7));
@@ -124,8 +130,7 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
         unsigned char* buffer =
             reinterpret_cast<unsigned char*>((at + alignment - 1) / alignment * alignment);
         ok = transfer(from, to, S_ISREG(st.st_mode), chunk, buffer, throttleMs, tailIsZero);
-        // The source's time is what makes the next comparison find the copy up to date.
-        if (ok) ok = ::utime(dst.data, &times) == 0;
+        if (ok && timeBeforeClose) ok = ::utime(dst.data, &times) == 0;
     }
     int error = ok ? 0 : errno;
     if (::close(to) != 0 && ok) {
@@ -137,10 +142,7 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
         error = errno;
     }
     std::free(block);
-    // Some network file systems (SMB among them) stamp the time of the last write on the
-    // file when it is closed, after the time set above. Setting it once more after the
-    // close makes it hold there; on a local disk it is one more cheap call.
-    if (ok && ::utime(dst.data, &times) != 0) {
+    if (ok && !timeBeforeClose && ::utime(dst.data, &times) != 0) {
         ok = false;
         error = errno;
     }

@@ -35,12 +35,17 @@ timed() {
   done
   median "${times[@]}"
 }
+# rsync as it copies to a share: without owners and groups, which the share maps to the
+# user it serves as (as the tool's copies do).
+rsync_to_share=(rsync -a --no-owner --no-group)
 # Up-to-date log passes of LOCAL into ROOT against rsync's quick check of LOCAL into MIRROR,
-# both already up to date; prints the medians of five and their ratio under LABEL.
+# both already up to date; prints the medians of five and their ratio under LABEL. Further
+# arguments go to rsync.
 pass_against_rsync() {
   local label=$1 local_folder=$2 root=$3 mirror=$4 pass_ms rsync_ms r
+  shift 4
   pass_ms=$("$bin/bench/log_pass_driver" "$local_folder" "$root" 5)
-  rsync_ms=$(in_ms "$(timed 5 rsync -a --dry-run "$local_folder" "$mirror")")
+  rsync_ms=$(in_ms "$(timed 5 rsync -a --dry-run "$@" "$local_folder" "$mirror")")
   r=$(ratio "$pass_ms" "$rsync_ms")
   line "$label" "tool ${pass_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 }
@@ -197,6 +202,7 @@ fi
 #    of 200 files of 1-64 KiB and of one file of 100 MiB.
 share_bench() {
   local kind=$1 state="$work/share.$1" at
+  chmod 755 "$work" # the share's server reaches its folder as another user
   if ! at=$(tests/support/network_share.sh start "$kind" "$state" "$(free_port)" 2>"$work/share.err"); then
     line "$kind share:" "not measured: $(cat "$work/share.err")"
     return
@@ -206,8 +212,22 @@ share_bench() {
   # passes run back to back here rather than seven seconds apart, so the mirror is given two
   # more passes with a pause to settle before the up-to-date passes are timed.
   for _ in 1 2 3; do "$bin/bench/log_pass_driver" "$work/share.logs/" "$at/farm/" 1 >/dev/null; sleep 2; done
-  rsync -a "$work/share.logs/" "$at/rsync/"
-  pass_against_rsync "$kind, up-to-date pass, 1,000 files:" "$work/share.logs/" "$at/farm/" "$at/rsync/"
+  "${rsync_to_share[@]}" "$work/share.logs/" "$at/rsync/"
+  pass_against_rsync "$kind, up-to-date pass, 1,000 files:" "$work/share.logs/" "$at/farm/" "$at/rsync/" --no-owner --no-group
+  if [ "$kind" = smb ]; then
+    # What an up-to-date pass costs the file server, from Samba's own counters: the SMB2
+    # requests of one pass, and of rsync's quick check, each after the same quiet time (the
+    # FUSE caches have expired). smbd writes its counters out every second or so.
+    smb_requests() { sleep 2; smbstatus -P -s "$state/smb/smb.conf" 2>/dev/null | awk -F: '/^smb2_.*_count/ { n += $2 } END { print n + 0 }'; }
+    local before tool_requests rsync_requests
+    sleep 10; before=$(smb_requests)
+    "$bin/bench/log_pass_driver" "$work/share.logs/" "$at/farm/" 0
+    tool_requests=$(($(smb_requests) - before))
+    sleep 10; before=$(smb_requests)
+    rsync -a --dry-run --no-owner --no-group "$work/share.logs/" "$at/rsync/"
+    rsync_requests=$(($(smb_requests) - before))
+    line "smb, requests of an up-to-date pass:" "tool $tool_requests, rsync -a --dry-run $rsync_requests -> ratio $(ratio "$tool_requests" "$rsync_requests") (goal <= 1.0: $(verdict "$(ratio "$tool_requests" "$rsync_requests")" 1.0 "<="))"
+  fi
 
   for what in small big; do
     local src="$work/share.$what" kz=() rs=() cps=()
@@ -215,11 +235,11 @@ share_bench() {
       rm -rf "$at/kz" "$at/rs" "$at/cp"; mkdir -p "$at/kz" "$at/rs" "$at/cp"
       if [ "$what" = small ]; then
         "$measure" "$work/t" "$bin/bench/copy_files" --folder "$src" "$at/kz"; kz+=("$(field "$work/t" 1)")
-        "$measure" "$work/t" rsync -a "$src/" "$at/rs/"; rs+=("$(field "$work/t" 1)")
+        "$measure" "$work/t" "${rsync_to_share[@]}" "$src/" "$at/rs/"; rs+=("$(field "$work/t" 1)")
         "$measure" "$work/t" cp --preserve=timestamps -r "$src/." "$at/cp/"; cps+=("$(field "$work/t" 1)")
       else
         "$measure" "$work/t" "$bin/bench/copy_files" "$src" "$at/kz/big"; kz+=("$(field "$work/t" 1)")
-        "$measure" "$work/t" rsync -a "$src" "$at/rs/big"; rs+=("$(field "$work/t" 1)")
+        "$measure" "$work/t" "${rsync_to_share[@]}" "$src" "$at/rs/big"; rs+=("$(field "$work/t" 1)")
         "$measure" "$work/t" cp --preserve=timestamps "$src" "$at/cp/big"; cps+=("$(field "$work/t" 1)")
       fi
     done

@@ -1,5 +1,6 @@
 // The platform glue: where this program lies, the environment, the buffer size rule, kind
 // names, system error texts and sleeping.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 
 #include "platform/environment.h"
 #include "platform/executable_folder.h"
+#include "platform/platform_os.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
 #include "tests/support/temp_dir.h"
@@ -50,6 +52,13 @@ TEST(PlatformGlue, EnvironmentBufferSizesKindNamesAndErrorTexts) {
     EXPECT_STREQ(kzSystemErrorText(-1).asChar(), "Permission denied");
     EXPECT_EQ(errno, EACCES);
     EXPECT_EQ(textOf(kzSystemErrorTextWide(ENOENT)), "No such file or directory");
+
+    // /proc keeps no time set on its files, and a closed descriptor tells nothing: a copy
+    // there gets its time after the close.
+    const int proc = ::open("/proc/self/stat", O_RDONLY);
+    EXPECT_FALSE(kzCloseKeepsFileTime_OS(proc));
+    ::close(proc);
+    EXPECT_FALSE(kzCloseKeepsFileTime_OS(proc));
 }
 
 TEST(PlatformGlue, SleepsNothingForZeroOrLessAndTheWholeSpanInSlices) {

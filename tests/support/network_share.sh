@@ -45,6 +45,7 @@ serve_smb() {
   load printers = no
   printcap name = /dev/null
   disable spoolss = yes
+  smbd profiling level = count
 [kz]
   path = $state/served
   read only = no
