@@ -13,7 +13,7 @@ cd "$top"
 
 KZ_EXTRA_PACKAGES="rsync libbenchmark-dev python3 python3-psutil zlib1g-dev procps" source scripts/workspace.sh kzbench \
   kzStartLocal copy_files make_tree log_pass_driver run_measured process_snapshot_bench buffer_speed \
-  process_load_bench child_output_bench kzLocalCache cache_refresh_driver
+  process_load_bench child_output_bench kzLocalCache cache_refresh_driver lock_stress
 measure="$bin/bench/run_measured"
 
 # field N of a result file written by run_measured: 1 wall s, 2 cpu s, 3 peak KiB
@@ -195,9 +195,17 @@ command_ms=$(in_ms "$command_s")
 r=$(ratio "$first_ms" "$rsync_ms")
 line "up-to-date cache refresh, 2,008 files:" "tool ${first_ms} ms, rsync -a --dry-run ${rsync_ms} ms -> ratio $r (goal <= 0.5: $(verdict "$r" 0.5 "<="))"
 line "  later calls, the whole command:" "${later_ms} ms (ratio $(ratio "$later_ms" "$rsync_ms")), kzLocalCache ${command_ms} ms (ratio $(ratio "$command_ms" "$rsync_ms"))"
+
+# 9. The locked file under contention: sixteen processes, twelve of them impatient, until
+#    100,000 turns have been taken; then twelve that find an abandoned lock together, fifty
+#    times over. No two may ever hold the lock at once.
+for run in "turns 16 12 1 100000" "stale 12 50"; do
+  read -r _ turns _ overlaps _ failures _ seconds _ rate < <("$bin/bench/lock_stress" $run || true)
+  line "locked file, lock_stress ${run%% *}:" "$turns turns in $seconds s ($rate a second), $overlaps overlaps, $failures failures (goal: 0 overlaps: $([ "$overlaps" = 0 ] && echo met || echo MISSED))"
+done
 fi
 
-# 9. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
+# 10. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
 #    same tools to the same mount: an up-to-date log pass over 1,000 files, and first copies
 #    of 200 files of 1-64 KiB and of one file of 100 MiB.
 share_bench() {
