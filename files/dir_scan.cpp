@@ -1,10 +1,8 @@
 #include "files/dir_scan.h"
 
 #include <dirent.h>
-#include <pwd.h>
 #include <sys/stat.h>
 
-#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -12,6 +10,7 @@
 #include "files/file_probes.h"
 #include "files/path_strings.h"
 #include "files/scan_filter.h"
+#include "platform/owners.h"
 
 struct kzDirScanRecord {
     uint8_t active = 0;      // a walk is running
@@ -40,18 +39,6 @@ struct kzDirScanRecord {
 namespace {
 
 constexpr unsigned kFolderBit = 0x4000;
-
-// A user name for an id, cut to 100 characters; "ID <number>" if there is no such user.
-// Group ids go through the same user lookup.
-_kzString<100> idText(unsigned id) {
-    const passwd* user = getpwuid(id);
-    if (!user) {
-        char text[32];
-        std::snprintf(text, sizeof text, "ID %d", static_cast<int>(id));
-        return _kzString<100>(text);
-    }
-    return _kzString<100>(user->pw_name);
-}
 
 } // namespace
 
@@ -248,17 +235,10 @@ _kzString<250> _kzDirScan::accessText() {
     _kzString<250> text;
     if (!record) return text;
     loadAttributes();
-    const unsigned mode = record->mode;
-    static const char kLetters[] = {'r', 'w', 'x'};
-    for (int group = 0; group < 3; ++group) {
-        for (int bit = 0; bit < 3; ++bit)
-            if (mode & (0x100u >> (group * 3 + bit))) text += kLetters[bit];
-        text += ' ';
-    }
-    text.add(_kzString<250>(idText(record->ownerId).asUni()));
-    text += ' ';
-    text.add(_kzString<250>(idText(record->groupId).asUni()));
-    text += ' ';
+    // Group ids go through the same user lookup.
+    _kzString8_allSize<250> text8(kzRightsText(record->mode).asChar());
+    text8.add(kzUserNameOrId(record->ownerId).asChar()).add(" ").add(kzUserNameOrId(record->groupId).asChar()).add(" ");
+    text = _kzString<250>(text8.asChar());
     return text;
 }
 

@@ -1,7 +1,6 @@
 #include "process/process_launch.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,31 +9,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/owners.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
 #include "process/child_process.h"
 
 namespace {
-
-// "root" for a known id, "ID 12" for an unknown one, nothing for a record without a name.
-void appendUserName(_kzString8_allSize<100>& text, unsigned id) {
-    const passwd* user = getpwuid(id);
-    if (!user) text.add("ID ").addNr(static_cast<long long>(id));
-    else if (user->pw_name) text.add(user->pw_name);
-    text.add("   ");
-}
-
-// "rwx rx rx " for 0755: the letters of the bits that are set, a blank after each group.
-_kzString8_allSize<100> rightsText(mode_t mode) {
-    _kzString8_allSize<100> text;
-    for (int shift = 6; shift >= 0; shift -= 3) {
-        if (mode & (04 << shift)) text += 'r';
-        if (mode & (02 << shift)) text += 'w';
-        if (mode & (01 << shift)) text += 'x';
-        text += ' ';
-    }
-    return text;
-}
 
 // A pipe for a child's stream, both ends close-on-exec (so the pipe reaches no other child;
 // dup2 gives the child its own copies on 1 and 2 without the flag), or both ends 0 if it
@@ -78,10 +58,9 @@ void kzExecOrDiagnose(char** argv) {
     std::printf("Failed to start new process (execvp) \n%s\n%s\n", argv[0], kzSystemErrorText(-1).asChar());
     struct stat st;
     if (::stat(argv[0], &st) != 0) std::exit(0);
-    _kzString8_allSize<100> owner;
-    appendUserName(owner, st.st_uid);
-    appendUserName(owner, st.st_gid); // the group id goes through the user lookup as well
-    std::printf("Executable access rights: %s %s\n", owner.asChar(), rightsText(st.st_mode).asChar());
+    _kzString8_allSize<100> owner(kzUserNameOrId(st.st_uid));
+    owner.add("   ").add(kzUserNameOrId(st.st_gid).asChar()).add("   "); // the group id goes through the user lookup too
+    std::printf("Executable access rights: %s %s\n", owner.asChar(), kzRightsText(st.st_mode).asChar());
     std::exit(0);
 }
 

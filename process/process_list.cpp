@@ -1,11 +1,11 @@
 #include "process/process_list.h"
 
-#include <pwd.h>
 #include <sys/time.h>
 
 #include <cstddef>
 #include <cstring>
 
+#include "platform/owners.h"
 #include "process/name_queries.h"
 
 _kzProcessList::_kzProcessList(const bool& collectLoad_) {
@@ -103,8 +103,8 @@ void _kzProcessList::copyFrom(const _kzProcessList& other) {
 
 _kzString8_allSize<25> _kzProcessList::ownerNameOfUid(const unsigned& uid) {
     _kzString8_allSize<25> name;
-    const passwd* record = getpwuid(uid);
-    if (!record) return name.addNr(static_cast<long long>(uid));
-    if (record->pw_name) name = record->pw_name;
+    const char* account = nullptr;
+    if (!kzUserName(uid, &account)) return name.addNr(static_cast<long long>(uid));
+    if (account) name = account;
     return name;
 }

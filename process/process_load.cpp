@@ -13,6 +13,11 @@ int kzMemoryMB(uint64_t residentBytes) { return static_cast<int>((((residentByte
 
 bool kzMayNotBeRead(int error) { return error == EACCES || error == EPERM || error == ENOENT || error == ESRCH; }
 
+double kzCpuPercent(double secondsNow, double secondsBefore, double interval) {
+    const float d = static_cast<float>(secondsNow - secondsBefore);
+    return static_cast<double>(d * 100.0f) / interval;
+}
+
 int _kzProcessList::measureProcess(const int& index) {
     if (!measureStarted) beginMeasure(); // the first measurement after a snapshot opens the period
     _kzProcessEntry& entry = entries[index];
@@ -62,8 +67,7 @@ bool _kzProcessList::cpuPercent(float& out, const int& index, const _kzProcessLi
     if (!(measureInterval > 0) || !(entries[index].cpuSeconds > 0)) return false;
     const int before = other.indexOfPidInTable(entries[index].pid);
     if (before < 0) return true; // a new process, or an empty earlier table
-    const float d = static_cast<float>(entries[index].cpuSeconds - other.entries[before].cpuSeconds);
-    double percent = static_cast<double>(d * 100.0f) / other.measureInterval;
+    double percent = kzCpuPercent(entries[index].cpuSeconds, other.entries[before].cpuSeconds, other.measureInterval);
     if (scale >= 1) percent *= scale;
     out = static_cast<float>(percent);
     return true;

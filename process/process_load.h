@@ -8,3 +8,6 @@ int kzMemoryMB(uint64_t residentBytes);
 // Whether a failed read means a process that may not be read or has just gone, which is
 // no error of the measurement.
 bool kzMayNotBeRead(int error);
+// The CPU share of a process between two measurements, in percent of one core: the growth
+// of its CPU seconds, narrowed to a 32-bit float, times 100, over the seconds between them.
+double kzCpuPercent(double secondsNow, double secondsBefore, double interval);

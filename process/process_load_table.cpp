@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "process/process_load.h"
+
 // Both times start unset (0): isBehind tells a table that never took a list over by that.
 _kzProcessLoadTable::_kzProcessLoadTable(const int& capacity_) : records(new _kzProcessLoadRecord[capacity_]), capacity(capacity_) {
     snapshotTimeMS.value = 0;
@@ -61,10 +63,7 @@ void _kzProcessLoadTable::updateCpu(int recordIndex, const _kzProcessList& list,
         record.takeCpu(entry); // the first round only stores
         return;
     }
-    if (record.cpuSeconds > 0) {
-        const float d = static_cast<float>(entry.cpuSeconds - record.cpuSeconds);
-        record.cpuPercent = static_cast<float>((d * 100.0f) / measureInterval);
-    }
+    if (record.cpuSeconds > 0) record.cpuPercent = static_cast<float>(kzCpuPercent(entry.cpuSeconds, record.cpuSeconds, measureInterval));
     record.takeCpu(entry);
     if (record.cpuPercent < 0) record.cpuPercent = 0;
     if (record.cpuPercent > 102400.0f) record.cpuPercent = 102400.0f;

@@ -32,7 +32,7 @@ trap 'rm -rf "$work"' EXIT
 (cd "$top" && git ls-files -z --cached --others --exclude-standard | xargs -0 tar -cf - 2>/dev/null) | tar -xf - -C "$work"
 cd "$work"
 cmake --preset default >/dev/null
-cmake --build --preset default >/dev/null
+cmake --build --preset default --parallel "$(nproc)" >/dev/null
 
 suite() { ctest --preset default -j 6 --stop-on-failure -E '^tool_under_valgrind$' >"$work/ctest.log" 2>&1; }
 echo "Baseline: the suite without faults"
@@ -61,7 +61,7 @@ while IFS= read -r entry <&3; do
   fi
   cp "$file" "$work/original"
   A="$original" B="$faulty" perl -0pi -e 'BEGIN { ($a = $ENV{A}) =~ s/\\n/\n/g; ($b = $ENV{B}) =~ s/\\n/\n/g } s/\Q$a\E/$b/' "$file"
-  if ! cmake --build --preset default >"$work/build.log" 2>&1; then
+  if ! cmake --build --preset default --parallel "$(nproc)" >"$work/build.log" 2>&1; then
     verdict="caught (does not build)"
     caught=$((caught + 1))
   elif suite; then
