@@ -11,6 +11,8 @@
 //                     15 s, then the space comes back
 //            rights   the mirror folders (and rsync's) lose their write permission for 15 s
 //            unmount  the FUSE mount goes away for 15 s, and comes back
+//            none     no fault: the mirror settles. The pass after the first brings a changed
+//                     log and writes nothing else; a whole pass later nothing is written.
 //     --rsync        `rsync -a` runs every seven seconds beside the tool, into a folder of its
 //                    own on the same share, and what it does is told as well (without
 //                    owners and groups, which the share maps to the user it serves as)
@@ -18,13 +20,13 @@
 //
 // Once the mirror is complete the fault happens; a line written to the log during the fault
 // must arrive. The log grows every second and the job database changes every three seconds
-// from the first complete mirror until the fault ends; before and after, they stand still. The run passes when the tool stayed alive and silent between its start lines
-// and QUIT, and every mirror was complete again (equal contents, the source's whole-second
-// times) by the end of the second pass after the fault ended. It prints one line: how long
-// the pass that met the fault took, how long after the fault's end the mirror was complete,
-// and what rsync did. Exit status 0 when the run passed, 1 when not, 77 when the share can't
-// be had here (with the reason). Must run as root, in a mount namespace of its own
-// (tests/support/own_processes.sh), which takes every mount with it.
+// from the first complete mirror until the fault ends; before and after, they stand still. The run passes
+// when the tool stayed alive and silent between its start lines and QUIT, and every mirror was complete again
+// (equal contents, the source's whole-second times) by the end of the second pass after the fault ended. It
+// prints one line: how long the pass that met the fault took, how long after the fault's end the mirror was
+// complete, and what rsync did. Exit status 0 when the run passed, 1 when not, 77 when the share can't be had
+// here (with the reason). Must run as root, in a mount namespace of its own (tests/support/own_processes.sh),
+// which takes every mount with it.
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <signal.h>
@@ -40,8 +42,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
+#include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -49,7 +54,9 @@ namespace {
 
 const std::string kShare = std::string(KZ_SOURCE_DIR) + "/tests/support/network_share.sh";
 
-double now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
+double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -100,8 +107,47 @@ struct Mirror {
 
 bool complete(const std::vector<Mirror>& mirrors) {
     for (const Mirror& m : mirrors)
-        if (readFile(m.copy) != readFile(m.source) || modifiedAt(m.copy) != modifiedAt(m.source)) return false;
+        if (readFile(m.copy) != readFile(m.source) || modifiedAt(m.copy) != modifiedAt(m.source))
+            return false;
     return true;
+}
+
+// What the server's side holds of each mirror, so that any write shows: inode, change time
+// and size.
+std::map<std::string, std::tuple<ino_t, long long, long long>> written(const std::vector<Mirror>& mirrors) {
+    std::map<std::string, std::tuple<ino_t, long long, long long>> found;
+    for (const Mirror& m : mirrors) {
+        struct stat st {};
+        ::stat(m.copy.c_str(), &st);
+        found[m.copy] = {st.st_ino, st.st_ctim.tv_sec * 1000000000LL + st.st_ctim.tv_nsec, st.st_size};
+    }
+    return found;
+}
+
+bool waitUntil(const std::function<bool()>& condition, double seconds) {
+    for (const double end = now() + seconds; !condition(); usleep(100000))
+        if (now() > end) return false;
+    return true;
+}
+
+// No fault: after the first pass the mirror is complete; the next pass brings a changed log
+// and writes nothing else; a whole pass later nothing is written at all. A FUSE file system
+// may finish a close after close() has returned, so the server's side is read once it has
+// settled. What went wrong, or nothing.
+std::string settles(const std::vector<Mirror>& mirrors) {
+    if (!waitUntil([&] { return complete(mirrors); }, 30)) return "the first mirror never completed";
+    usleep(1500000);
+    auto first = written(mirrors);
+    const Mirror& changed = mirrors[3];
+    writeFile(changed.source, readFile(changed.source) + "one more line\n");
+    if (!waitUntil([&] { return complete(mirrors); }, 15)) return "the changed log did not arrive";
+    usleep(1500000);
+    const auto second = written(mirrors);
+    if (second.at(changed.copy) == first.at(changed.copy)) return "the changed log was not written";
+    first[changed.copy] = second.at(changed.copy);
+    if (second != first) return "the pass that brought the changed log wrote unchanged files again";
+    usleep(7500000);
+    return written(mirrors) == second ? "" : "an up-to-date pass wrote files";
 }
 
 struct Pass {
@@ -109,8 +155,8 @@ struct Pass {
 };
 
 // What rsync's runs did, from the loop's record: "START END STATUS" a run.
-std::string rsyncStory(const std::string& runsFile, const std::string& errors, double faultStart, double faultEnd,
-                       double recovery) {
+std::string rsyncStory(const std::string& runsFile, const std::string& errors, double faultStart,
+                       double faultEnd, double recovery) {
     std::ifstream in(runsFile);
     double start = 0, end = 0;
     int status = 0;
@@ -153,7 +199,8 @@ volatile sig_atomic_t interrupted = 0;
 void interrupt(int) { interrupted = 1; }
 
 int usage() {
-    std::fprintf(stderr, "usage: share_faults smb|sftp kill|pause|full|rights|unmount [--rsync] [--seconds N]\n");
+    std::fprintf(
+        stderr, "usage: share_faults smb|sftp kill|pause|full|rights|unmount|none [--rsync] [--seconds N]\n");
     return 2;
 }
 
@@ -165,12 +212,15 @@ int main(int argc, char** argv) {
     bool withRsync = false;
     double faultSeconds = fault == "kill" ? 10 : fault == "pause" ? 20 : 15;
     for (int i = 3; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--rsync") == 0) withRsync = true;
-        else if (std::strcmp(argv[i], "--seconds") == 0 && i + 1 < argc) faultSeconds = std::atof(argv[++i]);
-        else return usage();
+        if (std::strcmp(argv[i], "--rsync") == 0)
+            withRsync = true;
+        else if (std::strcmp(argv[i], "--seconds") == 0 && i + 1 < argc)
+            faultSeconds = std::atof(argv[++i]);
+        else
+            return usage();
     }
-    if ((kind != "smb" && kind != "sftp") ||
-        (fault != "kill" && fault != "pause" && fault != "full" && fault != "rights" && fault != "unmount"))
+    if ((kind != "smb" && kind != "sftp") || (fault != "kill" && fault != "pause" && fault != "full" &&
+                                              fault != "rights" && fault != "unmount" && fault != "none"))
         return usage();
 
     // Interrupted, the run still stops its servers and removes its folder.
@@ -193,8 +243,8 @@ int main(int argc, char** argv) {
         shell("rm -rf " + state);
     };
     const int port = freePort();
-    const int started = shell(kShare + " start " + kind + " " + state + " " + std::to_string(port) + " >" + state +
-                              "/mounted 2>" + state + "/why");
+    const int started = shell(kShare + " start " + kind + " " + state + " " + std::to_string(port) + " >" +
+                              state + "/mounted 2>" + state + "/why");
     if (started != 0) {
         std::fprintf(stderr, "%s", readFile(state + "/why").c_str());
         cleanUp();
@@ -203,7 +253,8 @@ int main(int argc, char** argv) {
     std::string mounted = readFile(state + "/mounted");
     mounted.pop_back();
     const std::string root = mounted + "/farm/";
-    for (const std::string& folder : {root, root + "sub", root + "sub/log", mounted + "/rsync"}) ::mkdir(folder.c_str(), 0755);
+    for (const std::string& folder : {root, root + "sub", root + "sub/log", mounted + "/rsync"})
+        ::mkdir(folder.c_str(), 0755);
 
     // Twelve logs of 1 to 56 KiB, a log that grows every second, a job database that
     // changes every three seconds, and its journal.
@@ -221,33 +272,41 @@ int main(int argc, char** argv) {
     writeFile(local + "/jobs.db-journal", std::string(65536, 'j'));
     for (const char* db : {"jobs.db", "jobs.db-journal"})
         mirrors.push_back({local + "/" + db, farm + "cfg_global/__copyFromLocal/" + db});
-    for (const Mirror& m : mirrors) rsyncMirrors.push_back({m.source, served + "/rsync/" + m.source.substr(local.size() + 1)});
+    for (const Mirror& m : mirrors)
+        rsyncMirrors.push_back({m.source, served + "/rsync/" + m.source.substr(local.size() + 1)});
 
     const std::string server = state + "/kzServerconsole";
     shell(std::string("cp ") + KZ_STAND_IN_PATH + " " + server);
     const pid_t serverPid = spawn({server}, "/dev/null");
     // The tool looks for the server at once: it must carry its name by then.
-    for (int i = 0; i < 200 && readFile("/proc/" + std::to_string(serverPid) + "/comm") != "kzServerconsole\n"; ++i) usleep(10000);
+    for (int i = 0;
+         i < 200 && readFile("/proc/" + std::to_string(serverPid) + "/comm") != "kzServerconsole\n"; ++i)
+        usleep(10000);
     const pid_t tool = spawn({KZ_TOOL_PATH, local + "/", root, "-log", "-jobdb"}, state + "/tool.out");
     pid_t rsyncLoop = -1;
     if (withRsync)
         rsyncLoop = spawn({"/bin/bash", "-c",
-                           "while :; do s=$(date +%s.%N); rsync -a --no-owner --no-group '" + local + "/' '" + mounted + "/rsync/' 2>>'" + state +
-                               "/rsync.err'; r=$?; echo \"$s $(date +%s.%N) $r\" >>'" + state + "/rsync.runs'; sleep 7; done"},
+                           "while :; do s=$(date +%s.%N); rsync -a --no-owner --no-group '" + local + "/' '" +
+                               mounted + "/rsync/' 2>>'" + state +
+                               "/rsync.err'; r=$?; echo \"$s $(date +%s.%N) $r\" >>'" + state +
+                               "/rsync.runs'; sleep 7; done"},
                           "/dev/null");
     // rsync.runs holds wall-clock seconds; the loop below keeps monotonic ones beside them.
-    const auto wall = [] { return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count(); };
+    const auto wall = [] {
+        return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+    };
 
     const double begin = now();
     std::vector<Pass> passes;
     bool passing = false, alive = true, marked = false;
-    double faultStart = 0, faultEnd = 0, recovered = 0, wallFaultStart = 0, wallFaultEnd = 0, lastLine = begin,
-           lastChange = begin, firstComplete = 0, lastCheck = begin, rsyncRecovered = 0;
+    double faultStart = 0, faultEnd = 0, recovered = 0, wallFaultStart = 0, wallFaultEnd = 0,
+           lastLine = begin, lastChange = begin, firstComplete = 0, lastCheck = begin, rsyncRecovered = 0;
     std::string belowMount, problem;
     int line = 0;
     // The fault waits for a pass to start where it must meet one in its middle.
     const bool atPassStart = fault == "kill" || fault == "pause";
-    for (double t = begin;; t = now()) {
+    if (fault == "none") problem = settles(mirrors);
+    for (double t = begin; fault != "none"; t = now()) {
         const bool passNow = inPass(tool);
         // A look takes microseconds and passes come seven seconds apart: a stretch out of the
         // sleep soon after a pass's start belongs to the looks, not to a pass of its own.
@@ -277,13 +336,16 @@ int main(int argc, char** argv) {
         const bool check = t - lastCheck >= 0.25;
         if (check) lastCheck = t;
         if (!firstComplete && check && complete(mirrors)) firstComplete = t;
-        if (firstComplete && !faultStart && t - firstComplete > 1 && (!atPassStart || (passNow && passes.back().start == t))) {
+        if (firstComplete && !faultStart && t - firstComplete > 1 &&
+            (!atPassStart || (passNow && passes.back().start == t))) {
             faultStart = t;
             wallFaultStart = wall();
             if (fault == "kill") shell(kShare + " kill " + state);
             if (fault == "pause") shell(kShare + " pause " + state);
             if (fault == "full") shell("dd if=/dev/zero of=" + served + "/filler bs=1M 2>/dev/null");
-            if (fault == "rights") shell("chmod 555 " + farm + "log " + farm + "cfg_global/__copyFromLocal " + served + "/rsync");
+            if (fault == "rights")
+                shell("chmod 555 " + farm + "log " + farm + "cfg_global/__copyFromLocal " + served +
+                      "/rsync");
             if (fault == "unmount") shell(kShare + " unmount " + state);
         }
         if (faultStart && !marked && t - faultStart > 1) {
@@ -293,11 +355,15 @@ int main(int argc, char** argv) {
         if (faultStart && !faultEnd && t - faultStart >= faultSeconds) {
             // With the mount gone, the network root is a folder of the local disk.
             if (fault == "unmount")
-                belowMount = modifiedAt(root + "sub/cfg_global/__copyFromLocal/jobs.db") > 0 ? "the job database" : "nothing";
+                belowMount = modifiedAt(root + "sub/cfg_global/__copyFromLocal/jobs.db") > 0
+                                 ? "the job database"
+                                 : "nothing";
             if (fault == "kill") shell(kShare + " serve " + state);
             if (fault == "pause") shell(kShare + " resume " + state);
             if (fault == "full") ::unlink((served + "/filler").c_str());
-            if (fault == "rights") shell("chmod 755 " + farm + "log " + farm + "cfg_global/__copyFromLocal " + served + "/rsync");
+            if (fault == "rights")
+                shell("chmod 755 " + farm + "log " + farm + "cfg_global/__copyFromLocal " + served +
+                      "/rsync");
             if (fault == "unmount") shell(kShare + " mount " + state);
             faultEnd = t;
             wallFaultEnd = wall();
@@ -307,7 +373,8 @@ int main(int argc, char** argv) {
         // Done once the mirror is complete again (and rsync's too, or two of its runs later).
         if (recovered && t - recovered > 1 && (!withRsync || rsyncRecovered || t - faultEnd > 16)) break;
         if (t - begin > (firstComplete ? 120 : 40)) {
-            problem = firstComplete ? "the mirror was not complete again within 2 minutes" : "the first mirror never completed";
+            problem = firstComplete ? "the mirror was not complete again within 2 minutes"
+                                    : "the first mirror never completed";
             break;
         }
         usleep(20000);
@@ -322,7 +389,8 @@ int main(int argc, char** argv) {
         if (faultStart && end >= faultStart && end - p.start > longest) longest = end - p.start;
         if (recovered && p.start > faultEnd && p.start < recovered) ++passesToRecover;
     }
-    if (recovered && passesToRecover > 2 && problem.empty()) problem = "the mirror took more than two passes after the fault";
+    if (recovered && passesToRecover > 2 && problem.empty())
+        problem = "the mirror took more than two passes after the fault";
 
     // The server ends: QUIT, and nothing but the start lines before it.
     kill(serverPid, SIGKILL);
@@ -348,10 +416,16 @@ int main(int argc, char** argv) {
                                   rsyncRecovered ? rsyncRecovered - faultEnd : -1);
     }
 
-    std::printf("%s %s: pass that met the fault %.1f s (longest since %.1f s); mirror complete %.1f s after the fault's end (%d pass%s)%s%s%s\n",
-                kind.c_str(), fault.c_str(), metFault, longest, recovered ? recovered - faultEnd : -1.0, passesToRecover,
-                passesToRecover == 1 ? "" : "es", belowMount.empty() ? "" : ("; below the mount point meanwhile: " + belowMount).c_str(),
-                rsync.c_str(), problem.empty() ? "" : ("; FAILED: " + problem).c_str());
+    if (fault == "none")
+        std::printf("%s: the mirror settled, and an up-to-date pass wrote nothing%s\n", kind.c_str(),
+                    problem.empty() ? "" : ("; FAILED: " + problem).c_str());
+    else
+        std::printf("%s %s: pass that met the fault %.1f s (longest since %.1f s); mirror complete %.1f s "
+                    "after the fault's end (%d pass%s)%s%s%s\n",
+                    kind.c_str(), fault.c_str(), metFault, longest, recovered ? recovered - faultEnd : -1.0,
+                    passesToRecover, passesToRecover == 1 ? "" : "es",
+                    belowMount.empty() ? "" : ("; below the mount point meanwhile: " + belowMount).c_str(),
+                    rsync.c_str(), problem.empty() ? "" : ("; FAILED: " + problem).c_str());
     cleanUp();
     return problem.empty() ? 0 : 1;
 }

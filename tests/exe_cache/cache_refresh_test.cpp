@@ -141,11 +141,11 @@ TEST(CacheRefresh, SecondRunCopiesNothingAndStaleFilesGoAfterACleanWalk) {
 
 // The command as a process: its exit status, a blank, and what it wrote on both streams.
 std::string runCommand(const std::string& args) {
-    ChildProcess child = ChildProcess::start("/bin/sh", {"sh", "-c", "exec " KZ_LOCAL_CACHE_PATH " " + args + " 2>&1"}, true);
-    const std::string output = child.readAll(20000);
+    TempDir dir;
+    Child child = Child::start({"/bin/sh", "-c", "exec " KZ_LOCAL_CACHE_PATH " " + args}, dir.file("out"), "kzLocalCache");
     int status = -1;
-    child.waitExit(5000, &status);
-    return std::to_string(status) + " " + output;
+    child.waitExit(20000, &status);
+    return std::to_string(status) + " " + readFile(dir.file("out"));
 }
 
 TEST(CacheRefresh, MissingFoldersAndTheCommand) {

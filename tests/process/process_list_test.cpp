@@ -41,14 +41,15 @@ TEST(ProcessTable, RealProcessesByNameAsTheKernelAndTheirCommandLinesGiveThem) {
     TempDir dir;
     const auto start = [&](const std::string& name, const char* ms = nullptr) {
         const std::string path = installStandIn(dir.path(), name);
-        return ms ? ChildProcess::start(path, {path, ms}) : ChildProcess::start(path, {path});
+        return Child::start(ms ? std::vector<std::string>{path, ms} : std::vector<std::string>{path});
     };
     auto table = newTable();
     EXPECT_EQ(pidOf(*table, "kzServerconsole", false), 0u); // the first look takes a snapshot
-    ChildProcess server = start("kzServerconsole"), longOne = start("kzServerconsoleLong"),
+    Child server = start("kzServerconsole"), longOne = start("kzServerconsoleLong"),
                  odd = start("a) b (c"), zombie = start("kzZombie", "0");
     // The kernel keeps "kzOtherProgram1"; argv[0] names another program, so it completes nothing.
-    ChildProcess foreign = ChildProcess::start(installStandIn(dir.path(), "kzOtherProgram1X"), {"/x/aDifferentLongName"});
+    Child foreign = Child::start({"/bin/bash", "-c", "exec -a /x/aDifferentLongName " + installStandIn(dir.path(), "kzOtherProgram1X")},
+                                "", "kzOtherProgram1X");
     siginfo_t ended;
     waitid(P_PID, static_cast<id_t>(zombie.pid()), &ended, WEXITED | WNOWAIT); // ended, not reaped
     EXPECT_EQ(pidOf(*table, "kzServerconsole", false), 0u); // not seen until a new snapshot

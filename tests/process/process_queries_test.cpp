@@ -23,15 +23,15 @@ using Name = _kzString8_allSize<25>;
 
 struct Processes {
     TempDir dir;
-    std::vector<ChildProcess> children;
+    std::vector<Child> children;
     Processes() { ::chmod(dir.path().c_str(), 0755); }
     // The stand-in (or with `script` a shell) under `name`, as `uid` if given; `mib`: memory to touch.
     pid_t start(const std::string& name, int uid = -1, const char* mib = "0", const std::string& script = "") {
         const std::string path = dir.file(name);
         if (readFile(path) == "<missing>") installProgram(script.empty() ? KZ_STAND_IN_PATH : "/bin/sh", dir.path(), name);
-        std::vector<std::string> argv = {name, "-1", mib};
-        if (!script.empty()) argv = {name, "-c", script};
-        children.push_back(ChildProcess::start(path, argv, false, uid));
+        std::vector<std::string> command = {path, "-1", mib};
+        if (!script.empty()) command = {path, "-c", script};
+        children.push_back(Child::start(uid < 0 ? command : asUser(uid, command), "", name));
         return children.back().pid();
     }
 };

@@ -58,16 +58,16 @@ TEST(ProcessWatch, AnswersAsAFullLookWouldAndReadsOneProcessWhileTheServerStays)
         return answer;
     };
     const std::string server = installStandIn(dir.path(), "kzServerconsole"), otherProgram = installStandIn(dir.path(), "kzOtherProgram");
-    const auto start = [&](const std::string& path) { return ChildProcess::start(path, {path}); };
+    const auto start = [&](const std::string& path) { return Child::start({path}); };
     EXPECT_FALSE(look("no server"));
-    ChildProcess first = start(server);
+    Child first = start(server);
     EXPECT_TRUE(look("the server"));
     EXPECT_EQ(watch.pid, static_cast<uint32_t>(first.pid()));
     list->count = 0;
     EXPECT_TRUE(look("the server still"));
     EXPECT_EQ(list->count, 0); // its own entry answered; the table was not read
 
-    ChildProcess second = start(server);
+    Child second = start(server);
     first.kill();
     EXPECT_TRUE(look("a second instance goes on"));
     EXPECT_EQ(watch.pid, static_cast<uint32_t>(second.pid()));
@@ -76,17 +76,17 @@ TEST(ProcessWatch, AnswersAsAFullLookWouldAndReadsOneProcessWhileTheServerStays)
     waitid(P_PID, static_cast<id_t>(second.pid()), &ended, WEXITED | WNOWAIT); // ended, not reaped
     EXPECT_TRUE(look("a zombie"));
     second.kill();
-    ChildProcess longer = start(installStandIn(dir.path(), "kzServerconsoleLong"));
+    Child longer = start(installStandIn(dir.path(), "kzServerconsoleLong"));
     EXPECT_FALSE(look("only a longer name that begins with the server's"));
 
-    ChildProcess again = start(server);
+    Child again = start(server);
     EXPECT_TRUE(look("started again under a new pid"));
     EXPECT_EQ(watch.pid, static_cast<uint32_t>(again.pid()));
     // Its pid goes to another program: the next process made gets the pid after ns_last_pid.
     const pid_t reused = again.pid();
     again.kill();
     writeFile("/proc/sys/kernel/ns_last_pid", std::to_string(reused - 1));
-    ChildProcess other = start(otherProgram);
+    Child other = start(otherProgram);
     ASSERT_EQ(other.pid(), reused);
     EXPECT_FALSE(look("its pid taken by another program"));
 

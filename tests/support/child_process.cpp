@@ -1,20 +1,18 @@
 #include "tests/support/child_process.h"
 
-#include <fcntl.h>
-#include <grp.h>
-#include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
 
 #include <gtest/gtest.h>
+
+#include "process/process_launch.h"
+#include "tests/support/file_checks.h"
 
 std::string whyOtherProcessesShow() {
     if (getpid() == 1) return "";
@@ -29,107 +27,51 @@ long long monotonicMs() {
 }
 
 bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
-    const long long deadline = monotonicMs() + timeoutMs;
-    while (!condition()) {
+    for (const long long deadline = monotonicMs() + timeoutMs; !condition(); usleep(20000))
         if (monotonicMs() > deadline) return false;
-        usleep(50000);
-    }
     return true;
 }
 
-ChildProcess::ChildProcess(ChildProcess&& other) noexcept { *this = std::move(other); }
-
-// The old child goes with `other`, which ends it.
-ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
-    std::swap(pid_, other.pid_);
-    std::swap(outFd_, other.outFd_);
-    std::swap(reaped_, other.reaped_);
-    output_.swap(other.output_);
+Child& Child::operator=(Child&& other) noexcept {
+    kill();
+    pid_ = std::exchange(other.pid_, -1);
     return *this;
 }
 
-ChildProcess::~ChildProcess() {
-    kill();
-    if (outFd_ >= 0) close(outFd_);
-}
-
-ChildProcess ChildProcess::start(const std::string& program, const std::vector<std::string>& argv,
-                                 bool captureOutput, int runAsUid) {
-    ChildProcess child;
-    int execPipe[2], outPipe[2] = {-1, -1};
-    if (pipe2(execPipe, O_CLOEXEC) != 0 || (captureOutput && pipe2(outPipe, O_CLOEXEC) != 0)) return child;
-    std::vector<char*> args;
-    for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    const pid_t parent = getpid();
-    child.pid_ = fork();
-    if (child.pid_ == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL); // no child outlives a test that crashes
-        if (getppid() != parent) _exit(126);
-        if (captureOutput) dup2(outPipe[1], STDOUT_FILENO);
-        if (runAsUid >= 0 && (setgroups(0, nullptr) != 0 || setgid(static_cast<gid_t>(runAsUid)) != 0 ||
-                              setuid(static_cast<uid_t>(runAsUid)) != 0))
-            _exit(125);
-        execv(program.c_str(), args.data());
-        (void)!write(execPipe[1], &errno, sizeof errno);
-        _exit(127);
-    }
-    close(execPipe[1]);
-    if (captureOutput) close(outPipe[1]);
-    child.outFd_ = outPipe[0];
-    // The pipe closes on exec, so the child carries its new name from here on; a message on
-    // it means the exec failed.
-    int error = 0;
-    if (read(execPipe[0], &error, sizeof error) > 0 || child.pid_ < 0)
-        ADD_FAILURE() << "start of " << program << " failed: errno " << error;
-    close(execPipe[0]);
+Child Child::start(const std::vector<std::string>& command, const std::string& output, std::string name) {
+    _kzFileList args;
+    for (size_t i = 1; i < command.size(); ++i) args.add(_kzString<500>(command[i].c_str()), false, false);
+    Child child;
+    child.pid_ = kzStartFree(_kzString<250>(command[0].c_str()), args, _kzString<250>(output.c_str()), false);
+    if (name.empty()) name = command[0].substr(command[0].rfind('/') + 1);
+    // The kernel keeps 15 characters of a name.
+    const std::string comm = "/proc/" + std::to_string(child.pid_) + "/comm", expected = name.substr(0, 15) + "\n";
+    if (child.pid_ <= 0 || !waitFor([&] { return readFile(comm) == expected; }, 5000))
+        ADD_FAILURE() << "start of " << command[0] << " as " << name << " failed";
     return child;
 }
 
-bool ChildProcess::waitExit(int timeoutMs, int* exitCode) {
-    if (pid_ <= 0 || reaped_) return false;
-    const long long deadline = monotonicMs() + timeoutMs;
-    for (;;) {
-        int status = 0;
-        const pid_t r = waitpid(pid_, &status, WNOHANG);
-        if (r == pid_) {
-            reaped_ = true;
-            if (exitCode) *exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-            return true;
-        }
-        if (monotonicMs() >= deadline) return false;
-        usleep(5000);
-    }
-}
-
-void ChildProcess::kill() {
-    if (pid_ <= 0 || reaped_) return;
-    ::kill(pid_, SIGKILL);
+bool Child::waitExit(int timeoutMs, int* exitCode) {
     int status = 0;
-    while (waitpid(pid_, &status, 0) < 0 && errno == EINTR) {}
-    reaped_ = true;
+    if (pid_ <= 0 || !waitFor([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }, timeoutMs)) return false;
+    pid_ = -1;
+    if (exitCode) *exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return true;
 }
 
-std::string ChildProcess::readUntil(const std::string& needle, int timeoutMs) {
-    const long long deadline = monotonicMs() + timeoutMs;
-    while (outFd_ >= 0 && (needle.empty() || output_.find(needle) == std::string::npos)) {
-        const long long left = deadline - monotonicMs();
-        if (left <= 0) break;
-        pollfd p{outFd_, POLLIN, 0};
-        if (poll(&p, 1, static_cast<int>(left)) <= 0) continue;
-        char buffer[4096];
-        const ssize_t n = read(outFd_, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            close(outFd_);
-            outFd_ = -1;
-            break;
-        }
-        output_.append(buffer, static_cast<size_t>(n));
-    }
-    return output_;
+void Child::kill() {
+    if (pid_ <= 0) return;
+    ::kill(pid_, SIGKILL);
+    ::waitpid(pid_, nullptr, 0);
+    pid_ = -1;
 }
 
+std::vector<std::string> asUser(int uid, const std::vector<std::string>& command) {
+    const std::string id = std::to_string(uid);
+    std::vector<std::string> prefixed = {"/usr/bin/setpriv", "--reuid=" + id, "--regid=" + id, "--clear-groups"};
+    prefixed.insert(prefixed.end(), command.begin(), command.end());
+    return prefixed;
+}
 
 std::string installProgram(const std::string& program, const std::string& folder, const std::string& fileName) {
     const std::string target = folder + "/" + fileName;

@@ -1,46 +1,39 @@
-// Real child processes for tests: started with fork and exec, optionally with their
-// standard output in a pipe, and always ended and reaped when the object goes.
+// Real child processes for tests, started by the system's own launcher (kzStartFree) and
+// ended and reaped when the object goes.
 #pragma once
 
 #include <sys/types.h>
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
-class ChildProcess {
+class Child {
 public:
-    ChildProcess() = default;
-    ChildProcess(ChildProcess&& other) noexcept;
-    ChildProcess& operator=(ChildProcess&& other) noexcept;
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-    ~ChildProcess();
+    Child() = default;
+    Child(Child&& other) noexcept : pid_(std::exchange(other.pid_, -1)) {}
+    Child& operator=(Child&& other) noexcept;
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+    ~Child() { kill(); }
 
-    // Starts `program` with `argv` (argv[0] included, as the child will see it) and returns
-    // once the exec has happened, so that the process already carries its new name.
-    // With `runAsUid` at 0 or above the child drops to that user and group id before the exec.
-    static ChildProcess start(const std::string& program, const std::vector<std::string>& argv,
-                              bool captureOutput = false, int runAsUid = -1);
-
+    // Starts command[0] with the rest as its arguments, its output (both streams) into the
+    // file `output` if one is given, and returns once the child runs under `name` (by
+    // default command[0]'s file name), so that it is found by that name.
+    static Child start(const std::vector<std::string>& command, const std::string& output = "", std::string name = "");
     pid_t pid() const { return pid_; }
-
-    // Waits up to timeoutMs for the exit and reaps the child. False on timeout.
+    // Waits up to timeoutMs for the exit and reaps the child; false on timeout.
     bool waitExit(int timeoutMs, int* exitCode = nullptr);
-    // Ends the child with SIGKILL and reaps it at once.
+    // Ends the child with SIGKILL and reaps it.
     void kill();
-
-    // Output captured so far, reading on until `needle` appears, the output ends or
-    // timeoutMs passes; with no needle, all output up to its end.
-    std::string readUntil(const std::string& needle, int timeoutMs);
-    std::string readAll(int timeoutMs) { return readUntil("", timeoutMs); }
 
 private:
     pid_t pid_ = -1;
-    int outFd_ = -1;
-    bool reaped_ = false;
-    std::string output_;
 };
+
+// The command run as another user and that user's group, with no further groups.
+std::vector<std::string> asUser(int uid, const std::vector<std::string>& command);
 
 // Copies a program into `folder` under `fileName`, executable by everyone, and returns its
 // path. A child that runs as another user starts its copy in a folder that user can reach,
@@ -59,5 +52,5 @@ std::string whyOtherProcessesShow();
 
 // Milliseconds on a monotonic clock.
 long long monotonicMs();
-// Polls `condition` every 50 ms until it holds (true) or `timeoutMs` has passed (false).
+// Polls `condition` every 20 ms until it holds (true) or `timeoutMs` has passed (false).
 bool waitFor(const std::function<bool()>& condition, int timeoutMs);

@@ -20,14 +20,14 @@ struct ToolRun {
     std::vector<std::string> options;
     bool logs = false, jobs = false; // what the options ask for
     int uid = -1;                    // the user the tool runs as; -1: this process's own
-    ChildProcess tool;
+    Child tool;
 
     void start() {
         std::vector<std::string> argv = {"kzStartLocal", folders.local, folders.root};
         argv.insert(argv.end(), options.begin(), options.end());
         // Another user starts a copy of the tool that it can reach, wherever the build lies.
         const std::string program = uid < 0 ? KZ_TOOL_PATH : installProgram(KZ_TOOL_PATH, folders.dir.path(), "kzStartLocal");
-        tool = ChildProcess::start(program, argv, true, uid);
+        tool = startTool(argv, folders.dir.file("out"), uid, program);
     }
 };
 
@@ -35,7 +35,7 @@ TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
     KZ_NEEDS_OWN_PROCESSES();
     TempDir serverDir;
     const std::string serverPath = installStandIn(serverDir.path(), "kzServerconsole");
-    ChildProcess server = ChildProcess::start(serverPath, {serverPath});
+    Child server = Child::start({serverPath});
 
     ToolRun full, noLogFolder, neither, jobsOnly, unwritable;
     full.options = {"-log", "-jobdb"};
@@ -91,7 +91,7 @@ TEST(MirrorEndToEnd, RunsSideBySideOverTwoPasses) {
         EXPECT_TRUE(run->tool.waitExit(3000, &exitCode));
         EXPECT_EQ(exitCode, 0);
         // Nothing between the start lines and the end.
-        EXPECT_EQ(run->tool.readAll(1000), kBanner + settings(run->folders.local, run->folders.root, run->logs, run->jobs) + kQuit);
+        EXPECT_EQ(readFile(run->folders.dir.file("out")), kBanner + settings(run->folders.local, run->folders.root, run->logs, run->jobs) + kQuit);
     }
 }
 
