@@ -1,6 +1,8 @@
-// Fuzz target for the buffers: the file buffer's two searches against a plain model search,
-// its text envelope as a round trip and as a filter, the radix-85 groups on arbitrary bytes,
-// and CRC-32 against zlib's, whole and split at arbitrary points.
+// Fuzz target for the buffers: the file buffer's appends, insertions, read cursor and clones
+// against a plain byte string, its two searches against a plain model search (the needle
+// often standing right at the end of the data), its text envelope as a round trip and as a
+// filter, the radix-85 groups on arbitrary bytes, and CRC-32 against zlib's on runs of up to
+// 4000 bytes, whole and split at arbitrary points.
 #include <zlib.h>
 
 #include <cstddef>
@@ -48,7 +50,9 @@ int modelFind(const std::string& text, const std::string& needle, int start, Sam
 
 void searches(Input& in) {
     static const char kLetters[] = "abAB~zZ\xE4\xC4";
-    const std::string text = textOf(in, 300, kLetters, 9), needle = textOf(in, in.small(2) ? 4 : 70, kLetters, 9);
+    std::string text = textOf(in, 300, kLetters, 9);
+    const std::string needle = textOf(in, in.small(2) ? 4 : 70, kLetters, 9);
+    if (in.small(2)) text += needle; // a needle that ends exactly at the end of the data
     const int start = in.small(320) - 10;
     _kzFileBuffer b;
     b.append(text.data(), static_cast<int>(text.size()));
@@ -56,6 +60,50 @@ void searches(Input& in) {
     if (b.find(n, start) != modelFind(text, needle, start, [](int x, int y) { return x == y; })) fail("find");
     const auto fold = [](int x, int y) { return x == foldUpper(y) || x == (y >= 'A' && y <= 'Z' ? y + 32 : y); };
     if (b.findIgnoreCase(n, start) != modelFind(text, needle, start, fold)) fail("findIgnoreCase");
+}
+
+// Appends, insertions (a place before the start means the start, one behind the end an
+// append), reads with the cursor, and clones behind a gap, against a byte string.
+void operations(Input& in) {
+    _kzFileBuffer b;
+    std::string model;
+    int cursor = 0;
+    for (int step = 0; in.more() && step < 40; ++step) {
+        const std::string bytes = textOf(in, 20, nullptr, 0);
+        const int count = static_cast<int>(bytes.size());
+        switch (in.small(4)) {
+        case 0:
+            if (!b.append(bytes.data(), count) || b.capacity < b.header.size) fail("append");
+            model += bytes;
+            break;
+        case 1: {
+            const int at = in.small(60) - 10;
+            if (!b.insertAt(at, bytes.data(), count)) fail("insertAt");
+            model.insert(static_cast<size_t>(std::min(std::max(at, 0), static_cast<int>(model.size()))), bytes);
+            break;
+        }
+        case 2: {
+            char got[64] = {};
+            const int n = in.small(24) - 2;
+            const bool fits = n >= 0 && cursor + n <= static_cast<int>(model.size());
+            if (b.readNext(got, n) != fits || (fits && std::string(got, static_cast<size_t>(n)) != model.substr(static_cast<size_t>(cursor), static_cast<size_t>(n))))
+                fail("readNext");
+            if (fits) cursor += n;
+            break;
+        }
+        default: {
+            _kzFileBuffer clone;
+            const int gap = in.small(8);
+            b.cloneWithGap(clone, gap);
+            if (clone.header.size != static_cast<int>(model.size()) + gap || clone.header.readPos != cursor ||
+                std::string(reinterpret_cast<char*>(clone.data) + gap, model.size()) != model)
+                fail("cloneWithGap");
+            break;
+        }
+        }
+        if (b.header.size != static_cast<int>(model.size()) || (b.header.size && std::string(reinterpret_cast<char*>(b.data), model.size()) != model))
+            fail("content");
+    }
 }
 
 bool kept(unsigned char c) { return c >= 33 && c <= 125 && c != 34 && c != 39 && c != 60 && c != 62 && c != 92 && c != 96; }
@@ -99,7 +147,8 @@ void groups(Input& in) {
 }
 
 void crc(Input& in) {
-    const std::string data = textOf(in, 4000, nullptr, 0);
+    std::string data;
+    for (int n = in.number(4001); n > 0; --n) data += static_cast<char>(in.byte() ^ n);
     const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
     const uint32_t length = static_cast<uint32_t>(data.size());
     const uint32_t expected = static_cast<uint32_t>(crc32(0, bytes, length));
@@ -117,10 +166,11 @@ void crc(Input& in) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Input in{data, size};
-    switch (in.small(4)) {
+    switch (in.small(5)) {
     case 0: searches(in); break;
     case 1: envelope(in); break;
     case 2: groups(in); break;
+    case 3: operations(in); break;
     default: crc(in); break;
     }
     return 0;

@@ -12,4 +12,6 @@ struct FuzzInput {
     bool more() const { return pos < size; }
     uint8_t byte() { return pos < size ? data[pos++] : 0; }
     int small(int range) { return byte() % range; }
+    // For ranges above 256: two bytes.
+    int number(int range) { return (byte() << 8 | byte()) % range; }
 };

@@ -118,6 +118,36 @@ bool addHex(S&, int, long) {
     return false;
 }
 
+// Several patterns at once, and text in a field, on the templates that have them.
+template <typename S>
+auto firstOfTwo(const S& s, const S& a, const S& b, int* which, int) -> decltype(s.indexOfFirstOcc(a, b, which)) {
+    return s.indexOfFirstOcc(a, b, which);
+}
+template <typename S>
+int firstOfTwo(const S&, const S&, const S&, int* which, long) {
+    *which = -2;
+    return -2;
+}
+template <typename S, typename C>
+auto addField(S& s, const C* text, int width, int) -> decltype(s.addSpacing(text, width), bool()) {
+    s.addSpacing(text, width);
+    return true;
+}
+template <typename S, typename C>
+bool addField(S&, const C*, int, long) {
+    return false;
+}
+
+// A prefix or suffix given as 8-bit text with a count, on the 8-bit templates.
+template <typename S>
+auto countedEnds(const S& s, const char* text, int count, int) -> decltype(s.startsWith(text, count), int()) {
+    return s.startsWith(text, count) * 2 + s.endsWith(text, count);
+}
+template <typename S>
+int countedEnds(const S&, const char*, int, long) {
+    return -1;
+}
+
 template <typename C>
 std::basic_string<C> widen(const std::string& text) {
     return std::basic_string<C>(text.begin(), text.end());
@@ -167,7 +197,7 @@ void run(Input& in) {
         const S ra = recordOf<S>(a.substr(0, N)), rb = recordOf<S>(b);
         const std::basic_string<C> pa = a.substr(0, N);
         const int start = in.small(N + 3) - 1;
-        switch (in.small(17)) {
+        switch (in.small(22)) {
         case 0:
             s = ra;
             model = pa;
@@ -272,6 +302,67 @@ void run(Input& in) {
             if (s.length != expected) fail("setLength", step);
             if (expected <= static_cast<int>(model.size())) model.resize(static_cast<size_t>(expected));
             else model.assign(s.data, s.length);
+            break;
+        }
+        case 17: {
+            // The place of the last-listed pattern found, or 0 at once for one found at 0.
+            const std::basic_string<C> c2 = randomText<C>(in, 3);
+            int which = 7, expectedWhich = -1, expected = -1;
+            for (int k = 0; k < 2 && expected != 0; ++k) {
+                const int at = modelIndexOf(model, k ? c2 : b, 0, true);
+                if (at < 0) continue;
+                expectedWhich = k;
+                expected = at;
+            }
+            const int found = firstOfTwo(s, rb, recordOf<S>(c2), &which, 0);
+            if (found != -2 && (found != expected || which != expectedWhich)) fail("indexOfFirstOcc", step);
+            break;
+        }
+        case 18: {
+            // A field of abs(width) places, blanks behind the text for a positive width and in
+            // front for a negative one; the text is cut only by the capacity.
+            const int width = in.small(2 * N + 1) - N;
+            const size_t room = static_cast<size_t>(N) - model.size();
+            const size_t used = b.size() < room ? b.size() : room;
+            const size_t field = static_cast<size_t>(width < 0 ? -width : width) < room ? static_cast<size_t>(width < 0 ? -width : width) : room;
+            const std::basic_string<C> blanks(field > used ? field - used : 0, C(' '));
+            if (addField(s, b.c_str(), width, 0)) model += (width < 0 ? blanks : std::basic_string<C>()) + b.substr(0, used) + (width > 0 ? blanks : std::basic_string<C>());
+            break;
+        }
+        case 19: {
+            // One character, folded or exactly; a start below 1 or at or behind the end
+            // searches from the beginning.
+            const C c = b.empty() ? C('a') : b[0];
+            const int from = (start < 1 || start >= static_cast<int>(model.size())) ? 0 : start;
+            int folded = -1, exact = -1;
+            for (int i = static_cast<int>(model.size()) - 1; i >= from; --i) {
+                if (upper(model.substr(static_cast<size_t>(i), 1)) == upper(std::basic_string<C>(1, c))) folded = i;
+                if (model[static_cast<size_t>(i)] == c) exact = i;
+            }
+            if (s.indexOf(c, start) != folded || s.indexOfCaseSen(c, start) != exact) fail("indexOf of a character", step);
+            break;
+        }
+        case 20: {
+            // Ordering as memcmp sees the characters in storage, the shorter first on a common
+            // prefix; equality of the whole text.
+            int order = 0;
+            for (size_t i = 0; i < model.size() && i < pa.size() && order == 0; ++i) order = byteOrder(model[i], pa[i]);
+            if ((s < ra) != (order < 0 || (order == 0 && model.size() < pa.size())) || (s == ra) != (model == pa))
+                fail("ordering", step);
+            break;
+        }
+        case 21: {
+            // The count only gates (at least 1, at most the length): the prefix is the text's
+            // first `count` characters, the suffix the whole text.
+            if (sizeof(C) != 1) break;
+            const std::string text(b.begin(), b.end());
+            const int count = in.small(static_cast<int>(text.size()) + 2) - 1; // the text holds `count` characters
+            const bool gate = !model.empty() && count > 0 && count <= static_cast<int>(model.size());
+            const std::string narrow(model.begin(), model.end()), head = text.substr(0, static_cast<size_t>(count < 0 ? 0 : count));
+            const bool starts = gate && !head.empty() && head.size() <= narrow.size() && upper(narrow.substr(0, head.size())) == upper(head);
+            const bool ends = gate && !text.empty() && text.size() <= narrow.size() && upper(narrow.substr(narrow.size() - text.size())) == upper(text);
+            const int got = countedEnds(s, text.c_str(), count, 0);
+            if (got >= 0 && got != starts * 2 + ends) fail("startsWith/endsWith with a count", step);
             break;
         }
         default: {

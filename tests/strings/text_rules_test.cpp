@@ -15,27 +15,16 @@ namespace {
 using S8 = _kzString8_allSize<50>;
 using S16 = _kzString<50>;
 
-TEST(TextRules, SearchesAndComparisons) {
-    const S8 s("abcabc");
-    EXPECT_EQ(s.indexOf('a', 6) + s.indexOf('a', -4), 0); // outside: from the beginning
-    EXPECT_EQ(s.indexOf(S8("a"), 6), -1);                 // but a pattern search does not restart
-    EXPECT_EQ(s.indexOf(static_cast<unsigned short>(0x163), 0), 2); // low byte, exactly
-    EXPECT_EQ(S16("abcabc").indexOf(static_cast<unsigned short>('C'), 0), 2);
+// Searches of characters and patterns, counted prefixes and suffixes, and the ordering of
+// records: fuzz/string_fuzz.cpp. Here what the model leaves out.
+TEST(TextRules, LowBytesOneCharacterAndNullPointers) {
+    EXPECT_EQ(S8("abcabc").indexOf(static_cast<unsigned short>(0x163), 0), 2); // low byte, exactly
     EXPECT_EQ(S8("a/b/c").lastIndexOf(static_cast<unsigned short>(0x12F), -1), 3);
-    const S8 file("FILE.TXT");
-    EXPECT_TRUE(file.startsWith("fiXXX", 2));
-    EXPECT_FALSE(file.startsWith("file.txt.", 9)); // a count beyond the string
-    EXPECT_TRUE(file.endsWith(".txt", 1));         // the count only gates: the whole text counts
-    EXPECT_FALSE(file.endsWith('t'));              // one character compares exactly
+    EXPECT_FALSE(S8("FILE.TXT").endsWith('t')); // one character compares exactly
     EXPECT_FALSE(_kzString8_allSize<6>("abcdef").startsWith("abcdefg"));
-    EXPECT_TRUE(S8("a") < S8("\xE4")); // bytes order as unsigned, 16-bit characters low byte first
-    S16 low, high;
-    low += static_cast<unsigned short>(0x0201);
-    high += static_cast<unsigned short>(0x0102);
-    EXPECT_TRUE(low < high);
     const char* none = nullptr;
-    EXPECT_TRUE(S8("") != none);                            // the 8-bit form: a null pointer is unequal
-    EXPECT_FALSE(S16("") == none || S16("") != none);       // the 16-bit form: neither
+    EXPECT_TRUE(S8("") != none);                      // the 8-bit form: a null pointer is unequal
+    EXPECT_FALSE(S16("") == none || S16("") != none); // the 16-bit form: neither
 }
 
 TEST(TextRules, SlicesDelimitersTrimAndFields) {
@@ -51,17 +40,9 @@ TEST(TextRules, SlicesDelimitersTrimAndFields) {
     EXPECT_TRUE(s.isEmpty());
     s = "\fab\v\r\n";
     EXPECT_EQ(textOf(s.trim()), "\fab\v"); // form feed and vertical tab stay
-    const unsigned short ab[] = {'a', 'b', 0}, longer[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 0};
-    struct Field { const unsigned short* text; int width; const char* expected; };
-    for (const Field& f : {Field{ab, 5, "xab   "}, Field{ab, -5, "x   ab"}, Field{ab, 1, "xab"}, Field{nullptr, 3, "x   "},
-                           Field{longer, 3, "xabcde"}, Field{ab, -9, "x   ab"}, Field{nullptr, 0, "x"}}) {
-        _kzString<6> wide("x");
-        EXPECT_EQ(textOf(wide.addSpacing(f.text, f.width)), f.expected) << f.width;
-        std::string narrowText;
-        for (const unsigned short* p = f.text; p && *p; ++p) narrowText += static_cast<char>(*p);
-        _kzString8_allSize<6> narrow("x");
-        EXPECT_EQ(textOf(narrow.addSpacing(f.text ? narrowText.c_str() : nullptr, f.width)), f.expected);
-    }
+    // Text in a field: fuzz/string_fuzz.cpp; here 8-bit text into a 16-bit record.
+    _kzString<6> wide("x");
+    EXPECT_EQ(textOf(wide.addSpacingC("ab", -4)), "x  ab");
     S8 numbers;
     numbers.addNrSpacing(42, static_cast<signed char>(-6));
     EXPECT_EQ(textOf(numbers), "    42");

@@ -1,7 +1,5 @@
-// kzStartLocal as a whole process: its exact output, its exit status, and its watch loop
-// against a real kzServerconsole process.
-#include <sys/stat.h>
-
+// kzStartLocal as a whole process: its exact output and its exit status, from what it was
+// given. Its watch loop against a real kzServerconsole: mirror_end_to_end_test.cpp.
 #include <string>
 #include <vector>
 
@@ -68,34 +66,6 @@ TEST(StartLocal, OptionsAndFoldersAsTheyAreReadAndNoServerMeansQuit) {
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_LT(run.ms, 900); // without the server: no sleep before the first look
     }
-}
-
-TEST(StartLocal, WatchesTheServerPassesEverySeventhSecondAndQuitsSoonAfterItEnds) {
-    KZ_NEEDS_OWN_PROCESSES();
-    TempDir dir;
-    const std::string serverPath = installStandIn(dir.path(), "kzServerconsole");
-    Child server = Child::start({serverPath});
-    const std::string local = dir.file("local/"), root = dir.file("root/");
-    for (const std::string& folder : {local, root, root + "sub", root + "sub/log"}) ::mkdir(folder.c_str(), 0755);
-    writeFile(local + "server.txt", "log");
-    const long long started = monotonicMs();
-    const std::string out = dir.file("out");
-    Child tool = startTool({"kzStartLocal", local, root, "-log", "-jobdb"}, out);
-    const std::string expectedStart = kBanner + settings(local, root, true, true);
-    // The start lines arrive while the tool runs, not only when it ends.
-    EXPECT_TRUE(waitFor([&] { return readFile(out) == expectedStart; }, 3000)) << readFile(out);
-    // The first pass comes with the seventh look, once a second, and prints nothing.
-    ASSERT_TRUE(waitFor([&] { return readFile(root + "sub/log/server__copyFromLocal.txt") == "log"; }, 9000));
-    const long long firstPass = monotonicMs() - started;
-    EXPECT_TRUE(firstPass > 6500 && firstPass < 7900) << firstPass << " ms";
-    EXPECT_EQ(readFile(out), expectedStart);
-    server.kill();
-    const long long ended = monotonicMs();
-    int exitCode = -1;
-    ASSERT_TRUE(tool.waitExit(3000, &exitCode));
-    EXPECT_LE(monotonicMs() - ended, 1500);
-    EXPECT_EQ(exitCode, 0);
-    EXPECT_EQ(readFile(out), expectedStart + kQuit);
 }
 
 } // namespace
