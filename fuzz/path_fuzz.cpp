@@ -1,13 +1,17 @@
-// Fuzz target for the path and name logic of the mirror passes: the log mirror's
-// destination names, pathFolder, pathNormalize and the scan's name filter.
+// Fuzz target for the path and name logic: the log mirror's destination names, the path
+// texts (folder, file name, base name, relative or not, tidied), the executable's folder
+// from argv[0] and one folder up, and the scan's name filter.
 //
-// Destination names and the filter are compared with plain std::string models of their
-// rules; pathFolder and pathNormalize must give the same text on the 8-bit and the 16-bit
-// templates and keep their shape. Every result must keep the record invariants.
+// Each is compared with a plain std::string model of its rules; pathFolder and
+// pathNormalize must also give the same text on the 8-bit and the 16-bit templates. Every
+// result must keep the record invariants.
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -15,6 +19,7 @@
 #include "buffers/file_list.h"
 #include "files/path_strings.h"
 #include "files/scan_filter.h"
+#include "platform/executable_folder.h"
 #include "tests/support/text_of.h"
 #include "tool/log_pass.h"
 
@@ -31,7 +36,7 @@ using Input = FuzzInput;
 std::string randomText(Input& in, int pieces) {
     static const char* const kPieces[] = {"/", "//",   "\\",   "..",          "../",     ".", "a",
                                           "B", ".txt", ".TXT", "__local.txt", "__LOCAL", ":", "<Database>",
-                                          "x", "sub",  "*",    "jobs.db",     "\xE4"};
+                                          "x", "sub",  "*",    "jobs.db",     "\xE4", "[temp]", "[CFGPATH]/", "C:"};
     std::string text;
     const int n = in.small(pieces + 1);
     for (int i = 0; i < n; ++i) text += kPieces[in.small(sizeof kPieces / sizeof kPieces[0])];
@@ -59,6 +64,112 @@ std::string modelLogDestination(const std::string& root, const std::string& name
     const std::string path = (root + "sub/log/" + name).substr(0, 500);
     const bool local = path.size() >= 11 && upper(path.substr(path.size() - 11)) == upper("__local.txt");
     return replaceAll(path, local ? "__local.txt" : ".txt", "__copyFromLocal.txt", 500);
+}
+
+// The folder, with its trailing "/": a path below 3 characters is its own folder; the root of
+// a drive ("C:") or of a network path ("//server/share") is not climbed out of.
+std::string modelFolder(std::string p, size_t capacity) {
+    if (p.size() < 3) return p;
+    if (p.back() == '/') p.pop_back();
+    size_t rootEnd = 0;
+    if (p.size() > 1 && p[1] == ':') rootEnd = 2;
+    if (p.size() > 1 && p[1] == '/') {
+        const size_t first = p.find('/', 2);
+        const size_t second = first == std::string::npos ? p.find('/', 0) : p.find('/', first + 1);
+        if (second == std::string::npos) return p;
+        rootEnd = second;
+    }
+    const size_t last = p.rfind('/');
+    if (last == std::string::npos) return "";
+    if (last >= rootEnd) p.resize(last);
+    return p.size() < capacity ? p + "/" : p;
+}
+
+// Doubled separators made single (a leading "//" stays), and the first run of "../" resolved
+// against what stands before it, unless that is a bare placeholder such as "<Database>".
+std::string modelNormalize(std::string p) {
+    if (p.size() < 2) return p;
+    for (char& c : p)
+        if (c == '\\') c = '/';
+    const bool network = p.compare(0, 2, "//") == 0;
+    p = replaceAll(p, "//", "/", 500);
+    if (network) p = ("/" + p).substr(0, 500);
+    const size_t at = p.find("../");
+    if (at == std::string::npos) return p;
+    std::string head = p.substr(0, at);
+    const auto bareRoot = [&] {
+        std::string copy = head;
+        if (!copy.empty() && copy.back() == '/') copy.pop_back();
+        return !head.empty() && head[0] == '<' && !copy.empty() && copy.back() == '>' && copy.find('/') == std::string::npos;
+    };
+    if (bareRoot()) return p;
+    p.erase(0, at);
+    while (p.compare(0, 3, "../") == 0 && !bareRoot()) {
+        p.erase(0, 3);
+        head = modelFolder(head, 500);
+    }
+    return (head + p).substr(0, 500);
+}
+
+std::string modelFileName(const std::string& p) {
+    const size_t last = p.rfind('/');
+    return (last == std::string::npos ? p : p.substr(last + 1)).substr(0, 100);
+}
+
+// Without folder and extension; a separator or a dot within the first two characters doesn't count.
+std::string modelBaseName(std::string p, char separator) {
+    const size_t last = p.rfind(separator);
+    if (last != std::string::npos && last >= 2) p.erase(0, last + 1);
+    const size_t dot = p.rfind('.');
+    if (dot != std::string::npos && dot >= 2) p.resize(dot);
+    return p;
+}
+
+bool modelRelative(const std::string& p) {
+    if (p.size() < 3) return true;
+    if (p[0] == '/' || (p[1] == ':' && p[2] == '/')) return false;
+    for (const char* root : {"<DATABASE>", "[CFGPATH]", "[TEMP]"})
+        if (upper(p).compare(0, std::strlen(root), root) == 0) return false;
+    return true;
+}
+
+// One folder up, with a trailing "/"; a "/" at index 0 or 1 cuts nothing, and a server's share
+// ("//server/share") is not left upward.
+std::string modelParent(std::string p) {
+    if (p.size() < 3) return p;
+    if (p.back() == '/') p.pop_back();
+    const size_t last = p.rfind('/');
+    bool cut = last != std::string::npos && last >= 2;
+    if (cut && p[1] == '/') {
+        const size_t before = p.rfind('/', last - 1);
+        cut = before != std::string::npos && before >= 2;
+    }
+    if (cut) p.resize(last);
+    return p.size() < 250 ? p + "/" : p;
+}
+
+// The executable's folder from argv[0] when the system gives none (empty for none): below 4
+// characters nothing; a complete path ("/..." or "C:...") or a bare name as it is; a relative
+// path joined to the working folder, each "../" taking one folder off it.
+std::string modelExecutableFolder(const std::string& argv0) {
+    std::string f = argv0.substr(0, 250);
+    if (f.size() < 4) return "";
+    if (f[0] != '/' && f[1] != ':' && f.find('/') != std::string::npos) {
+        char cwd[250];
+        std::string base = ::getcwd(cwd, sizeof cwd) ? cwd : "";
+        if (base.size() >= 4) {
+            if (base.back() != '/' && base.size() < 250) base += '/';
+            size_t rest = 0;
+            for (size_t at = f.find("../"); at != std::string::npos; at = f.find("../", at + 3)) {
+                base = modelParent(base);
+                rest = at + 3;
+            }
+            f = (base + f.substr(rest)).substr(0, 250);
+        }
+    }
+    f = modelParent(f);
+    if (f.size() >= 3 && f.compare(f.size() - 3, 3, "/./") == 0) f.resize(f.size() - 2);
+    return f;
 }
 
 template <typename S>
@@ -113,12 +224,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const _kzString<500> folder16 = pathFolder(_kzString<500>(path.c_str()));
     checkRecord(folder8, "pathFolder");
     if (textOf(folder8) != textOf(folder16)) fail("pathFolder: templates differ", path, textOf(folder8));
-    const std::string f = textOf(folder8);
-    std::string trimmed = path;
-    if (trimmed.size() >= 3 && trimmed.back() == '/') trimmed.pop_back();
-    const bool shaped = f.empty() || f == path || f == trimmed ||
-                        (f.back() == '/' && trimmed.compare(0, f.size() - 1, f, 0, f.size() - 1) == 0);
-    if (!shaped) fail("pathFolder is no folder of its path", path, f);
+    if (textOf(folder8) != modelFolder(path, 500)) fail("pathFolder differs from the model", path, textOf(folder8));
+    if (textOf(pathFileName(_kzString8_allSize<500>(path.c_str()))) != modelFileName(path))
+        fail("pathFileName differs from the model", path, modelFileName(path));
+    const char separator = in.small(2) ? '/' : '\\';
+    if (textOf(pathBaseName(_kzString8_allSize<500>(path.c_str()), separator)) != modelBaseName(path, separator))
+        fail("pathBaseName differs from the model", path, modelBaseName(path, separator));
+    if (pathIsRelative(_kzString8_allSize<500>(path.c_str())) != modelRelative(path) ||
+        pathIsRelative(_kzString<250>(path.c_str())) != modelRelative(path))
+        fail("pathIsRelative differs from the model", path, "");
 
     _kzString8_allSize<500> n8(path.c_str());
     _kzString<500> n16(path.c_str());
@@ -127,8 +241,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     checkRecord(normal8, "pathNormalize");
     if (textOf(normal8) != textOf(normal16)) fail("pathNormalize: templates differ", path, textOf(normal8));
     if (textOf(n8) != textOf(normal8)) fail("pathNormalize: argument and result differ", path, textOf(n8));
-    if (path.size() >= 2 && textOf(normal8).find('\\') != std::string::npos)
-        fail("backslash left", path, textOf(normal8));
+    if (textOf(normal8) != modelNormalize(path)) fail("pathNormalize differs from the model", path, modelNormalize(path));
+
+    // The executable's folder from argv[0], and one folder up.
+    const std::string argv0 = randomText(in, 6);
+    if (argv0.find('\xE4') == std::string::npos) {
+        _kzString8_allSize<250> folder;
+        const bool found = kzResolveExecutableFolder(folder, argv0.c_str());
+        const std::string expected = modelExecutableFolder(argv0);
+        if (found != !expected.empty() || textOf(folder) != expected) fail("executable folder differs from the model", argv0, expected);
+        if (textOf(kzParentFolder(_kzString8_allSize<250>(argv0.c_str()))) != modelParent(argv0))
+            fail("kzParentFolder differs from the model", argv0, modelParent(argv0));
+    }
 
     // The scan's name filter.
     _kzFileList starts, ends;

@@ -148,6 +148,16 @@ int countedEnds(const S&, const char*, int, long) {
     return -1;
 }
 
+template <typename S>
+auto numberOf(const S& s, bool* ok, int* value, int) -> decltype(s.toInt(ok), bool()) {
+    *value = s.toInt(ok);
+    return true;
+}
+template <typename S>
+bool numberOf(const S&, bool*, int*, long) {
+    return false;
+}
+
 template <typename C>
 std::basic_string<C> widen(const std::string& text) {
     return std::basic_string<C>(text.begin(), text.end());
@@ -197,7 +207,7 @@ void run(Input& in) {
         const S ra = recordOf<S>(a.substr(0, N)), rb = recordOf<S>(b);
         const std::basic_string<C> pa = a.substr(0, N);
         const int start = in.small(N + 3) - 1;
-        switch (in.small(22)) {
+        switch (in.small(24)) {
         case 0:
             s = ra;
             model = pa;
@@ -363,6 +373,37 @@ void run(Input& in) {
             const bool ends = gate && !text.empty() && text.size() <= narrow.size() && upper(narrow.substr(narrow.size() - text.size())) == upper(text);
             const int got = countedEnds(s, text.c_str(), count, 0);
             if (got >= 0 && got != starts * 2 + ends) fail("startsWith/endsWith with a count", step);
+            break;
+        }
+        case 22: {
+            // Up to the first delimiter (ignoring case), with it for `flag`; a delimiter at 0
+            // gives the empty text with it and the delimiter alone without. leftNCut keeps
+            // what stands behind the delimiter, or nothing where there is none.
+            const C d = b.empty() ? C('.') : b[0];
+            const bool flag = in.small(2);
+            int at = -1;
+            for (size_t i = 0; i < model.size() && at < 0; ++i)
+                if (upper(model.substr(i, 1)) == upper(std::basic_string<C>(1, d))) at = static_cast<int>(i);
+            const std::basic_string<C> head = at < 0 ? model : at > 0 ? model.substr(0, static_cast<size_t>(flag ? at + 1 : at))
+                                                     : flag ? std::basic_string<C>() : std::basic_string<C>(1, d);
+            const S left = s.left(d, flag), cut = s.leftNCut(d, flag);
+            if (std::basic_string<C>(left.data, left.length) != head || std::basic_string<C>(cut.data, cut.length) != head)
+                fail("left/leftNCut", step);
+            model = at < 0 ? std::basic_string<C>() : model.substr(static_cast<size_t>(at) + 1);
+            break;
+        }
+        case 23: {
+            // Digits with a leading minus only; anything else is no number and gives 0.
+            std::string digits;
+            for (int n = in.small(6); n > 0; --n) digits += "-0123456789x "[in.small(13)];
+            const S number = recordOf<S>(widen<C>(digits));
+            bool valid = true;
+            for (size_t i = 0; i < digits.size(); ++i)
+                valid = valid && ((digits[i] >= '0' && digits[i] <= '9') || (i == 0 && digits[i] == '-'));
+            bool ok = !valid;
+            int value = 0;
+            if (numberOf(number, &ok, &value, 0) && (value != (valid ? std::atoi(digits.c_str()) : 0) || ok != valid))
+                fail("toInt", step);
             break;
         }
         default: {

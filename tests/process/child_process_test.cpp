@@ -110,32 +110,19 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
 
     // No descriptor left for the pipes: the child runs uncaptured, and the capture neither
-    // reads nor closes the caller's own standard input.
-    int input[2];
-    ASSERT_EQ(::pipe(input), 0);
-    ASSERT_EQ(::write(input[1], "the caller's\n", 13), 13);
-    const int savedInput = ::dup(0);
-    ::dup2(input[0], 0);
-    ::close(input[0]);
-    rlimit limit;
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    const rlimit lowered{64, limit.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &lowered);
-    std::vector<int> taken;
-    for (int fd; (fd = ::dup(1)) >= 0;) taken.push_back(fd);
-    {
+    // reads nor closes the caller's own standard input (in a process of its own).
+    const auto withoutDescriptors = [] {
+        int input[2];
+        if (::pipe(input) != 0 || ::write(input[1], "the caller's\n", 13) != 13 || ::dup2(input[0], 0) != 0) _exit(2);
+        const rlimit lowered{64, 64};
+        ::setrlimit(RLIMIT_NOFILE, &lowered);
+        while (::dup(1) >= 0) {
+        }
         Shell quiet("exit 0");
-        EXPECT_GT(quiet.pid, 0);
-        EXPECT_EQ(quiet.take() + quiet.collect(0), "");
-    }
-    for (const int fd : taken) ::close(fd);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    char rest[20] = {};
-    EXPECT_EQ(::read(0, rest, sizeof rest), 13);
-    EXPECT_STREQ(rest, "the caller's\n");
-    ::dup2(savedInput, 0);
-    ::close(savedInput);
-    ::close(input[1]);
+        char rest[20] = {};
+        _exit(quiet.pid > 0 && quiet.take() + quiet.collect(0) == "" && ::read(0, rest, sizeof rest) == 13 ? 0 : 1);
+    };
+    EXPECT_EXIT(withoutDescriptors(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
