@@ -1,4 +1,4 @@
-// Fuzz target for the buffers: the file buffer's appends, insertions, read cursor and clones
+// Fuzz target for the buffers: the path list against a vector of texts; the file buffer's appends, insertions, read cursor and clones
 // against a plain byte string, its two searches against a plain model search (the needle
 // often standing right at the end of the data), its text envelope as a round trip and as a
 // filter, the radix-85 groups on arbitrary bytes, and CRC-32 against zlib's on runs of up to
@@ -11,10 +11,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "fuzz/fuzz_input.h"
 #include "buffers/checksums.h"
 #include "buffers/file_buffer.h"
+#include "buffers/file_list.h"
 #include "buffers/radix85.h"
 
 namespace {
@@ -106,6 +108,75 @@ void operations(Input& in) {
     }
 }
 
+// The path list against a vector of texts: duplicates by either case rule, insertion,
+// removal, searches, a stable sort that ignores case (both ways), and copies.
+void pathList(Input& in) {
+    static const char kLetters[] = "aAbB.";
+    _kzFileList list;
+    std::vector<std::string> model;
+    const auto same = [](const std::string& a, const std::string& b, bool exact) {
+        if (a.size() != b.size()) return false;
+        for (size_t i = 0; i < a.size(); ++i)
+            if (exact ? a[i] != b[i] : foldUpper(a[i]) != foldUpper(b[i])) return false;
+        return true;
+    };
+    const auto upper = [](std::string t) {
+        for (char& c : t) c = static_cast<char>(foldUpper(c));
+        return t;
+    };
+    for (int step = 0; in.more() && step < 30; ++step) {
+        const std::string text = textOf(in, 3, kLetters, 5);
+        const _kzString<500> entry(text.c_str());
+        const bool exact = in.small(2);
+        int found = -1, containing = -1;
+        for (size_t i = model.size(); i-- > 0;) {
+            if (same(model[i], text, exact)) found = static_cast<int>(i);
+            if (!text.empty() && (exact ? model[i] : upper(model[i])).find(exact ? text : upper(text)) != std::string::npos)
+                containing = static_cast<int>(i);
+        }
+        switch (in.small(6)) {
+        case 0: {
+            const bool checked = in.small(2);
+            list.add(entry, checked, exact);
+            if (!checked || found < 0) model.push_back(text);
+            break;
+        }
+        case 1:
+            if (list.find(entry, exact) != found || list.findContaining(entry, exact) != containing) fail("find");
+            break;
+        case 2: {
+            const int at = in.small(8) - 1;
+            list.insertAt(at, entry); // a place before the start inserts nothing
+            if (at >= 0) model.insert(model.begin() + std::min(at, static_cast<int>(model.size())), text);
+            break;
+        }
+        case 3: {
+            const int at = in.small(8) - 1;
+            list.removeAt(at);
+            if (at >= 0 && at < static_cast<int>(model.size())) model.erase(model.begin() + at);
+            break;
+        }
+        case 4: {
+            const bool descending = in.small(2);
+            list.sort(descending);
+            std::stable_sort(model.begin(), model.end(), [&](const std::string& a, const std::string& b) {
+                return descending ? upper(a) > upper(b) : upper(a) < upper(b);
+            });
+            break;
+        }
+        default: {
+            _kzFileList copy;
+            copy.assign(list);
+            if (copy.count != list.count || (copy.count && copy.data == list.data)) fail("assign");
+            break;
+        }
+        }
+        if (list.count != static_cast<int>(model.size())) fail("path list count");
+        for (int i = 0; i < list.count; ++i)
+            if (list.entryAsChar(i) != model[static_cast<size_t>(i)]) fail("path list entry");
+    }
+}
+
 bool kept(unsigned char c) { return c >= 33 && c <= 125 && c != 34 && c != 39 && c != 60 && c != 62 && c != 92 && c != 96; }
 
 void envelope(Input& in) {
@@ -166,11 +237,12 @@ void crc(Input& in) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Input in{data, size};
-    switch (in.small(5)) {
+    switch (in.small(6)) {
     case 0: searches(in); break;
     case 1: envelope(in); break;
     case 2: groups(in); break;
     case 3: operations(in); break;
+    case 4: pathList(in); break;
     default: crc(in); break;
     }
     return 0;
