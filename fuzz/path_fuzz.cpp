@@ -1,6 +1,6 @@
 // Fuzz target for the path and name logic: the log mirror's destination names, the path
 // texts (folder, file name, base name, relative or not, tidied), the executable's folder
-// from argv[0] and one folder up, and the scan's name filter.
+// from argv[0] and one folder up, the copy's tail test, and the scan's name filter.
 //
 // Each is compared with a plain std::string model of its rules; pathFolder and
 // pathNormalize must also give the same text on the 8-bit and the 16-bit templates. Every
@@ -17,6 +17,7 @@
 
 #include "fuzz/fuzz_input.h"
 #include "buffers/file_list.h"
+#include "files/file_copy.h"
 #include "files/path_strings.h"
 #include "files/scan_filter.h"
 #include "platform/executable_folder.h"
@@ -172,6 +173,21 @@ std::string modelExecutableFolder(const std::string& argv0) {
     return f;
 }
 
+// Whether the end of a chunk of `n` bytes looks like unwritten zero fill: these bytes, counted
+// from the end (1 is the last), must all be 0.
+bool modelTailZero(const std::string& chunk) {
+    const long n = static_cast<long>(chunk.size());
+    std::vector<long> from;
+    if (n >= 501) from = {1, 50, 200, 201, 202, 500, 501};
+    else if (n >= 301) from = {1, 50, 300};
+    else if (n >= 11) from = {1, 7, 10};
+    else if (n >= 1) from = {1};
+    else return false;
+    for (const long p : from)
+        if (chunk[static_cast<size_t>(n - p)] != 0) return false;
+    return true;
+}
+
 template <typename S>
 void checkRecord(const S& s, const char* what) {
     if (s.length > S::capacity || s.data[s.length] != 0) fail(what, "record invariant", "");
@@ -253,6 +269,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (textOf(kzParentFolder(_kzString8_allSize<250>(argv0.c_str()))) != modelParent(argv0))
             fail("kzParentFolder differs from the model", argv0, modelParent(argv0));
     }
+
+    // The tail test of the file copy, around its thresholds, with zeros where it looks.
+    std::string chunk(static_cast<size_t>(in.small(2) ? in.small(12) : in.number(700)), 'x');
+    for (int zeros = in.small(12); zeros > 0 && !chunk.empty(); --zeros) {
+        static const long kPlaces[] = {1, 7, 10, 50, 200, 201, 202, 300, 500, 501, 2};
+        const long place = kPlaces[in.small(11)];
+        if (place <= static_cast<long>(chunk.size())) chunk[chunk.size() - static_cast<size_t>(place)] = 0;
+    }
+    if (kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), static_cast<long>(chunk.size())) !=
+        modelTailZero(chunk))
+        fail("tail test differs from the model", std::to_string(chunk.size()), "");
 
     // The scan's name filter.
     _kzFileList starts, ends;

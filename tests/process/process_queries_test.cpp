@@ -118,41 +118,16 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     EXPECT_EQ(Name("abcdefghijklmnopqrst").combined("console").length, 25);
 }
 
-TEST(ProcessQueries, TheLoadTableAndTheSorts) {
-    auto list = std::make_unique<_kzProcessList>(false);
-    kzRawProcess raw[4] = {{9, 1, 0, "AB"}, {7, 1, 0, "A"}, {5, 1, 0, "ABC"}, {3, 1, 0, "A"}};
-    list->collected = 1;
-    list->storeRawProcesses(raw, 4);
-    list->sortByName();
-    EXPECT_EQ(list->entries[0].pid * 1000 + list->entries[1].pid * 100 + list->entries[2].pid * 10 + list->entries[3].pid, 3795u);
-    list->sortByPid();
-    EXPECT_EQ(list->entries[0].pid * 1000 + list->entries[3].pid, 3009u);
-
+// The load table's rounds and isBehind: fuzz/process_fuzz.cpp, against a model.
+TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     _kzProcessLoadTable table(4);
     EXPECT_EQ(static_cast<long long>(table.snapshotTimeMS.value), 0); // unset until a list is taken over
-    table.count = 2;
-    table.at(0)->pid = 3;
-    list->entries[0].cpuSeconds = 10.0;
-    list->measureTime = 100.0;
-    table.takeTimes(*list);
-    table.updateCpu(0, *list, 0);
-    EXPECT_EQ(table.at(0)->cpuPercent, 0.0f); // the first round only stores
-    EXPECT_EQ(table.at(0)->cpuSeconds, 10.0);
-    for (const auto& [seconds, expected] : {std::pair<double, float>{10.5, 25.0f}, {9.0, 0.0f}, {1e9, 102400.0f}}) {
-        list->measureTime += 2.0;
-        list->entries[0].cpuSeconds = seconds;
-        table.takeTimes(*list);
-        table.updateCpu(0, *list, 0);
-        EXPECT_FLOAT_EQ(table.at(0)->cpuPercent, expected) << seconds; // held to 0 .. 102400
-    }
-    list->snapshotTime.value = table.snapshotTime.value = 1000;
-    table.snapshotTimeMS.value = 1000120;
-    list->snapshotTimeMS.value = 1000170; // the same tenth of a second: on to the measuring rounds
-    EXPECT_EQ(table.isBehind(*list), list->measureTime > table.lastMeasure);
-    list->snapshotTimeMS.value = 1000210;
-    EXPECT_TRUE(table.isBehind(*list));
+    table.count = 3;
+    table.at(1)->pid = 8;
+    table.at(2)->pid = 9;
     table.removeAt(1);
-    EXPECT_EQ(table.count, 1);
+    table.removeAt(2); // behind the records in use: nothing
+    EXPECT_EQ(table.count * 10 + static_cast<int>(table.at(1)->pid), 29);
 }
 
 } // namespace
