@@ -213,7 +213,10 @@ void run(Input& in) {
             model = pa;
             break;
         case 1:
-            s.add(a.data(), static_cast<unsigned>(a.size()));
+            if (in.small(2))
+                s.add(a.data(), static_cast<unsigned>(a.size()));
+            else
+                for (const C c : a) s += c; // one character at a time, also into a full record
             model = (model + a).substr(0, N);
             break;
         case 2: {

@@ -1,7 +1,6 @@
 // Checksums against public check values (fuzz/buffers_fuzz.cpp compares CRC-32 with zlib's on
 // arbitrary runs), and the random number families at the values their definitions give.
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,7 @@
 // The directory scan over real folders.
-#include <dirent.h>
-#include <pwd.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -18,13 +14,12 @@
 
 namespace {
 
-// The names a walk delivers, sorted for comparison unless the order matters.
-std::vector<std::string> walk(_kzDirScan& scan, const std::string& path, bool withFolders, bool snapshot,
-                              bool keepOrder = false) {
+// The names a walk delivers, sorted for comparison.
+std::vector<std::string> walk(_kzDirScan& scan, const std::string& path, bool withFolders, bool snapshot) {
     scan.start(wide(path), withFolders, snapshot, false, false);
     std::vector<std::string> names;
     while (scan.next()) names.push_back(textOf(scan.currentName()));
-    if (!keepOrder) std::sort(names.begin(), names.end());
+    std::sort(names.begin(), names.end());
     return names;
 }
 

@@ -13,29 +13,19 @@
 
 namespace {
 
+// Appending, adding numbers and setting the length at the capacity: fuzz/string_fuzz.cpp.
 TEST(Records, EveryWayInCutsAtCapacityAndAFullRecordTakesNoMore) {
     const char* const longText = "abcdefghij"; // 10 characters into a capacity of 6
     const unsigned short wideText[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 0};
-    _kzString8_allSize<6> assigned, appended("abcd");
+    _kzString8_allSize<6> assigned;
     assigned = std::string(longText);
-    appended.add("xyz");
-    appended += 'q';
-    appended.addNr(7);
     for (const _kzString8_allSize<6>& r :
          {_kzString8_allSize<6>(longText), _kzString8_allSize<6>(longText, 10), assigned,
           _kzString8_allSize<6>(_kzString8_allSize<20>(longText).asUni()), _kzString8_allSize<6>(wideText)}) {
         EXPECT_EQ(textOf(r), "abcdef");
         EXPECT_EQ(r.data[6], 0);
     }
-    EXPECT_EQ(textOf(appended), "abcdxy");
     EXPECT_EQ(textOf(_kzString<5>(_kzString<500>("abcdefgh").asUni())), "abcde"); // capacities meet by views
-    _kzString8_allSize<250> full(std::string(250, 'x').c_str());
-    full += 'y';
-    full += "y";
-    EXPECT_EQ(full.length, 250);
-    EXPECT_EQ(full.data[250], 0);
-    full.setLength(32767);
-    EXPECT_EQ(full.length, 250);
     _kzString8_allSize<8> unterminated;
     std::memset(unterminated.data, 'x', sizeof unterminated.data);
     unterminated.calcLength();

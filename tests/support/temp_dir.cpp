@@ -1,7 +1,6 @@
 #include "tests/support/temp_dir.h"
 
 #include <ftw.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -18,9 +18,6 @@ struct MirrorFolders {
     std::string jobs = root + "sub/cfg_global/__copyFromLocal/";
 
     MirrorFolders() {
-        ::mkdir(local.c_str(), 0755);
-        ::mkdir(root.c_str(), 0755);
-        ::mkdir((root + "sub").c_str(), 0755);
-        ::mkdir(logs.c_str(), 0755);
+        for (const std::string& folder : {local, root, root + "sub", logs}) ::mkdir(folder.c_str(), 0755);
     }
 };
