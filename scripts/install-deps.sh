@@ -58,20 +58,20 @@ $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 # upgrade of the package does not enable it either: systemd's units first (with all their
 # links, aliases included), then the init scripts.
 comm -13 <(printf '%s\n' "$before") <(service_links) | sort -r | while read -r link; do
+  # A link may be gone already, with an earlier link of the same unit (an alias).
+  [ -L "$link" ] || continue
   case $link in
   /etc/systemd/system/*)
     target=$(readlink "$link")
     [ "$target" != /dev/null ] || continue # a mask enables nothing
     unit=$(basename "$target")
     owner=$(dpkg-query -S "/lib/systemd/system/$unit" 2>/dev/null || dpkg-query -S "/usr/lib/systemd/system/$unit" 2>/dev/null || true)
-    [ -e "$link" ] || [ -L "$link" ] || continue # gone with an earlier unit of the same package
     echo "Disabling $unit, which the installation enabled"
     $sudo env DPKG_MAINTSCRIPT_PACKAGE="${owner%%:*}" deb-systemd-helper disable "$unit" ||
       echo "Could not disable $unit; disable it with: systemctl disable $unit" >&2
     ;;
   /etc/rc?.d/S*)
     script=${link##*/S[0-9][0-9]}
-    [ -e "$link" ] || [ -L "$link" ] || continue
     echo "Disabling the init script $script, which the installation enabled"
     $sudo update-rc.d "$script" disable >/dev/null 2>&1 ||
       echo "Could not disable $script; disable it with: update-rc.d $script disable" >&2
