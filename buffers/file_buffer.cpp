@@ -122,7 +122,7 @@ bool _kzFileBuffer::insertAt(int pos, const void* src, const int& count) {
 
 bool _kzFileBuffer::readNext(void* dst, const int& count) {
     if (count < 0 || static_cast<long long>(header.readPos) + count > header.size) return false;
-    std::memcpy(dst, data + header.readPos, static_cast<size_t>(count));
+    if (count > 0) std::memcpy(dst, data + header.readPos, static_cast<size_t>(count)); // an empty buffer has no data
     header.readPos += count;
     return true;
 }
