@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -70,27 +71,33 @@ TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
     const pid_t busy = p.start("kzBusy", -1, "", "while :; do :; done"), idle = p.start("kzIdle"), big = p.start("kzBig", -1, "50");
     usleep(300000); // the big one touches its memory
     // Three rounds a second apart on one table; the second is kept as the earlier table, whose
-    // interval is the divisor.
+    // interval is the divisor. The clock and the busy process's run time by the scheduler's own
+    // count, read before [0] and after [1] each round, bound what the table may say whatever
+    // share of a core the busy process gets on a loaded machine.
+    const auto clock = [] { return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count(); };
+    const auto ran = [&] { return std::stod(readFile("/proc/" + std::to_string(busy) + "/schedstat")) * 1e-9; };
+    double wall[3][2], cpu[3][2];
     auto after = std::make_unique<_kzProcessList>(true), before = std::make_unique<_kzProcessList>(true);
     for (int round = 0; round < 3; ++round) {
         if (round == 2) before->copyFrom(*after);
         if (round > 0) usleep(1000000);
+        wall[round][0] = clock(), cpu[round][0] = ran();
         ASSERT_TRUE(after->updateFull());
+        cpu[round][1] = ran(), wall[round][1] = clock();
     }
-    const auto percent = [&](pid_t pid) {
-        float out = -1;
-        after->cpuPercent(out, after->indexOfPid(pid, false), *before, 0); // false without CPU seconds
-        return out;
-    };
-    // Near 100 on a quiet machine; a real measurement on a shared one, hence the wide bounds.
-    EXPECT_NEAR(percent(busy), 75.0f, 55.0f);
-    EXPECT_LT(percent(idle), 5.0f);
-    const auto mb = [&](pid_t pid) { return after->entries[after->indexOfPid(pid, false)].memoryMB; };
-    EXPECT_NEAR(mb(big) - mb(idle), 50, 3); // the same program, 50 MiB more touched
+    float busyPercent = -1, idlePercent = -1, unset = 7;
+    after->cpuPercent(busyPercent, after->indexOfPid(busy, false), *before, 0);
+    after->cpuPercent(idlePercent, after->indexOfPid(idle, false), *before, 0);
+    // The CPU grown between the busy process's measurements in rounds 1 and 2, over the interval
+    // between the starts of rounds 0 and 1; the kernel's tick-counted CPU time is within 30 ms.
+    EXPECT_GE(busyPercent, 100 * (cpu[2][0] - cpu[1][1] - 0.03) / (wall[1][1] - wall[0][0]));
+    EXPECT_LE(busyPercent, 100 * (cpu[2][1] - cpu[1][0] + 0.03) / (wall[1][0] - wall[0][1]));
+    EXPECT_LT(idlePercent, 5.0f);
+    // the same program, 50 MiB more touched
+    EXPECT_NEAR(after->entries[after->indexOfPid(big, false)].memoryMB - after->entries[after->indexOfPid(idle, false)].memoryMB, 50, 3);
     EXPECT_EQ(kzMemoryMB(523775) * 100 + kzMemoryMB(523776) * 10 + kzMemoryMB(1572864), 12);
-    float out = 7;
-    after->measureInterval = 0;
-    EXPECT_FALSE(after->cpuPercent(out, 1, *before, 0) || out != 0.0f);
+    after->measureInterval = 0; // no interval: false, and 0
+    EXPECT_FALSE(after->cpuPercent(unset, 1, *before, 0) || unset != 0.0f);
     EXPECT_EQ(after->measureProcessChecked(0) * 10 + after->measureProcessChecked(after->count), 10);
 }
 
