@@ -168,8 +168,8 @@ case "${1:-}" in
     done
     [ "$kind" = sftp ] && { command -v sshd >/dev/null || [ -x /usr/sbin/sshd ] || skip "sshd is not installed"; }
     # The user daemon reaches the served folder through STATE.
-    chmod 755 "$state"
     mkdir -p "$state/served" "$state/mnt"
+    chmod 755 "$state"
     chown daemon: "$state/served"
     echo "$kind" >"$state/kind"
     echo "$port" >"$state/port"
