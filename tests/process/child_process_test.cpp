@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <string>
 #include <vector>
@@ -49,10 +51,7 @@ struct Shell {
         waitFor([&] { child.poll(nullptr); all += take(); return all.size() >= expected; }, 3000);
         return all;
     }
-    ~Shell() {
-        child.closePipes();
-        if (pid > 0) waitpid(pid, nullptr, 0);
-    }
+    ~Shell() { child.closePipes(), pid > 0 && waitpid(pid, nullptr, 0); }
 };
 
 TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
@@ -75,8 +74,7 @@ TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
 
 TEST(ChildProcess, TheBufferIsCutAndTakenOnce) {
     Shell flood("head -c 200000 /dev/zero | tr '\\000' a; echo; sleep 0.3");
-    while (flood.child.poll(nullptr)) {
-    }
+    while (flood.child.poll(nullptr)) {}
     EXPECT_EQ(flood.child.outputLength, _kzChildProcess::bufferSize() - 1);
     EXPECT_EQ(flood.take(10), std::string(10, 'a'));
     EXPECT_EQ(flood.take(), ""); // the rest went with it
@@ -106,19 +104,18 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
                   "\nPermission denied\nExecutable access rights: " + owner + "    rw r r \n");
     notExecutable.closePipes();
     int status = -1;
-    waitpid(pid, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_TRUE(waitpid(pid, &status, 0) == pid && WEXITSTATUS(status) == 0);
 
     // No descriptor left for the pipes: the child runs uncaptured, and the capture neither
     // reads nor closes the caller's own standard input (in a process of its own).
     const auto withoutDescriptors = [] {
-        int input[2];
-        if (::pipe(input) != 0 || ::write(input[1], "the caller's\n", 13) != 13 || ::dup2(input[0], 0) != 0) _exit(2);
+        std::FILE* input = std::tmpfile(); // read and written through one offset, so a write into it shows
+        if (!input || std::fputs("the caller's\n", input) < 0 || std::fflush(input) != 0 || ::lseek(fileno(input), 0, SEEK_SET) != 0 || ::dup2(fileno(input), 0) != 0) _exit(2);
         const rlimit lowered{64, 64};
         ::setrlimit(RLIMIT_NOFILE, &lowered);
-        while (::dup(1) >= 0) {
-        }
-        Shell quiet("exit 0");
+        for (int fd = 0; fd >= 0 && fd < 62;) fd = ::dup(1); // 63 stays free: too few for a pipe, enough for sh to load
+        Shell quiet("echo out");
+        waitpid(quiet.pid, nullptr, 0);
         char rest[20] = {};
         _exit(quiet.pid > 0 && quiet.take() + quiet.collect(0) == "" && ::read(0, rest, sizeof rest) == 13 ? 0 : 1);
     };
@@ -144,16 +141,21 @@ TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
         _exit(5);
     };
     EXPECT_EXIT(replaced(), ::testing::ExitedWithCode(0), "");
-    // Starts and closes hold no descriptor, and reaping leaves no child behind.
+    // Starts and closes hold no descriptor, a program started by other means while a child
+    // runs gets none of its pipes, and reaping leaves no child behind.
     const int descriptors = openDescriptors();
+    const auto listDescriptors = [&](const char* into) { return std::system(("ls /proc/self/fd >" + dir.file(into)).c_str()); };
+    EXPECT_EQ(listDescriptors("before"), 0);
     _kzFileList quick;
     shellArgs(quick, "exit 0");
     for (int i = 0; i < 12; ++i) {
         _kzChildProcess child;
         EXPECT_GT(child.start(path250("/bin/sh"), quick), 0);
+        if (i == 0) { EXPECT_EQ(listDescriptors("during"), 0); }
         child.closePipes();
     }
     EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_EQ(readFile(dir.file("during")), readFile(dir.file("before")));
     EXPECT_TRUE(waitFor([] { return kzReapChildren() < 0 && errno == ECHILD; }, 3000));
 }
 

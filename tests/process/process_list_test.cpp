@@ -105,8 +105,7 @@ pid_t shapeshifter(const std::string& other, int& command) {
         if (read(ends[0], &letter, 1) == 1 && letter == 'r') prctl(PR_SET_NAME, "kzRenamed");
         if (letter == 'e') execl(other.c_str(), other.c_str(), nullptr);
         if (letter == 'a') std::strcpy(program_invocation_name, "kzServerconsoleX"); // the test's path is longer
-        while (read(ends[0], &letter, 1) > 0) {
-        }
+        while (read(ends[0], &letter, 1) > 0) {}
         _exit(0);
     }
     close(ends[0]);
