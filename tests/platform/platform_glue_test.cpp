@@ -13,6 +13,7 @@
 
 #include "platform/environment.h"
 #include "platform/executable_folder.h"
+#include "platform/owners.h"
 #include "platform/platform_os.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
@@ -43,10 +44,10 @@ TEST(PlatformGlue, EnvironmentBufferSizesKindNamesAndErrorTexts) {
     for (const auto& [size, buffer] : {std::pair<uint64_t, uint64_t>{0, 211}, {52428799, 52428799 + 12799 + 3199 + 211},
                                        {52428800, 34952533}, {104857599, 69905066}, {104857600, 52428800}})
         EXPECT_EQ(kzBufferSizeFor(size), buffer) << size;
-    EXPECT_EQ(textOf(kzComponentKindName(0)) + textOf(kzComponentKindName(21)), "Noneunknown");
+    // Rights letters, and an id without an account by its number (4242 has none here).
+    EXPECT_EQ(textOf(kzComponentKindName(0)) + textOf(kzComponentKindName(21)) + textOf(kzRightsText(0751)) + textOf(kzUserNameOrId(4242)), "Noneunknownrwx rx x ID 4242");
 
-    EXPECT_STREQ(kzSystemErrorText(0).asChar(), "No Error.");
-    EXPECT_STREQ(kzSystemErrorText(99999).asChar(), "Error 99999.");
+    EXPECT_EQ(textOf(kzSystemErrorText(0)) + textOf(kzSystemErrorText(99999)), "No Error.Error 99999.");
     errno = EACCES;
     EXPECT_STREQ(kzSystemErrorText(-1).asChar(), "Permission denied");
     EXPECT_EQ(errno, EACCES);
