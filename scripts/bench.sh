@@ -239,7 +239,11 @@ share_bench() {
   for _ in 1 2 3; do "$bin/bench/log_pass_driver" "$work/share.logs/" "$at/farm/" 1 >/dev/null; sleep 2; done
   # rsync renames each file from a temporary name after its close; through smbnetfs that close
   # may not have reached the server yet, and the rename then fails with EBUSY. Again, then.
-  for try in 1 2 3; do "${rsync_to_share[@]}" "$work/share.logs/" "$at/rsync/" && break; [ "$try" -lt 3 ]; sleep 2; done
+  for try in 1 2 3; do
+    "${rsync_to_share[@]}" "$work/share.logs/" "$at/rsync/" && break
+    [ "$try" -lt 3 ] || exit 1
+    sleep 2
+  done
   pass_against_rsync "$kind, up-to-date pass, 1,000 files:" "$work/share.logs/" "$at/farm/" "$at/rsync/" --no-owner --no-group
   if [ "$kind" = smb ]; then
     # What an up-to-date pass costs the file server, from Samba's own counters: the SMB2
@@ -257,7 +261,8 @@ share_bench() {
   fi
 
   for what in small big; do
-    local src="$work/share.$what" kz=() rs=() cps=() order=(kz rs cp)
+    local src="$work/share.$what" order=(kz rs cp) cmd
+    local -A times=([kz]="" [rs]="" [cp]="")
     for turn in 1 2 3 4 5 6; do
       # Each copy starts from the same state: its destination fresh, what the copies before it
       # wrote out on the disk (sync), so that none pays for another's write-back, and its
@@ -265,23 +270,24 @@ share_bench() {
       # takes each place twice. Copies to a share vary by 10 % or more from one to the next.
       for who in "${order[@]}"; do
         rm -rf "${at:?}/$who"; mkdir -p "$at/$who"; sync; warm "$src"
-        local from="$src" to="$at/$who/big"
-        [ "$what" = small ] && from="$src/" && to="$at/$who/"
-        case $who in
-          kz) if [ "$what" = small ]; then "$measure" "$work/t" "$bin/bench/copy_files" --folder "$src" "$at/kz"
-              else "$measure" "$work/t" "$bin/bench/copy_files" "$src" "$to"; fi
-              kz+=("$(field "$work/t" 1)") ;;
-          rs) "$measure" "$work/t" "${rsync_to_share[@]}" "$from" "$to" || echo "($kind, $what: rsync failed in turn $turn, as above)"
-              rs+=("$(field "$work/t" 1)") ;;
-          cp) if [ "$what" = small ]; then "$measure" "$work/t" cp --preserve=timestamps -r "$src/." "$to"
-              else "$measure" "$work/t" cp --preserve=timestamps "$src" "$to"; fi
-              cps+=("$(field "$work/t" 1)") ;;
+        case $who/$what in
+          kz/small) cmd=("$bin/bench/copy_files" --folder "$src" "$at/kz") ;;
+          kz/big) cmd=("$bin/bench/copy_files" "$src" "$at/kz/big") ;;
+          rs/small) cmd=("${rsync_to_share[@]}" "$src/" "$at/rs/") ;;
+          rs/big) cmd=("${rsync_to_share[@]}" "$src" "$at/rs/big") ;;
+          cp/small) cmd=(cp --preserve=timestamps -r "$src/." "$at/cp/") ;;
+          cp/big) cmd=(cp --preserve=timestamps "$src" "$at/cp/big") ;;
         esac
+        if ! "$measure" "$work/t" "${cmd[@]}"; then
+          [ "$who" = rs ] || exit 1 # only rsync's refused rename (above) is expected here
+          echo "($kind, $what: rsync failed in turn $turn, as above)"
+        fi
+        times[$who]+=" $(field "$work/t" 1)"
       done
       order=("${order[@]:1}" "${order[0]}")
     done
     local kz_s rs_s cp_s best
-    kz_s=$(median "${kz[@]}"); rs_s=$(median "${rs[@]}"); cp_s=$(median "${cps[@]}")
+    kz_s=$(median ${times[kz]}); rs_s=$(median ${times[rs]}); cp_s=$(median ${times[cp]})
     best=$(awk -v a="$rs_s" -v b="$cp_s" 'BEGIN { print (a < b) ? a : b }')
     r=$(ratio "$best" "$kz_s")
     line "$kind, first copy, $what:" "tool ${kz_s} s, rsync -a ${rs_s} s, cp ${cp_s} s -> throughput ratio against the faster $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
