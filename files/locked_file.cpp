@@ -10,9 +10,27 @@
 
 namespace kzlock {
 
+namespace {
+
+// A symbolic link that leads nowhere (st: the link's own).
+bool linkToNothing(const char* path, struct stat& st) {
+    struct stat target;
+    return ::lstat(path, &st) == 0 && S_ISLNK(st.st_mode) && ::stat(path, &target) != 0;
+}
+
+// The entry at the path if it is an abandoned lock: a file (no folder) older than three hours
+// by its time, or a link to nothing, which has no time (0) and so is older still.
+bool abandonedEntry(const char* path, struct stat& st) {
+    if (::stat(path, &st) == 0) return !S_ISDIR(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
+    return linkToNothing(path, st);
+}
+
+} // namespace
+
+// The link itself counts: exclusive creation fails on a link to nothing as on a file.
 bool entryExists(const char* path) {
     struct stat st;
-    return ::stat(path, &st) == 0;
+    return ::lstat(path, &st) == 0;
 }
 
 bool isFolder(const char* path) {
@@ -22,33 +40,24 @@ bool isFolder(const char* path) {
 
 bool isFile(const char* path) {
     struct stat st;
-    return ::stat(path, &st) == 0 && !S_ISDIR(st.st_mode);
+    return ::stat(path, &st) == 0 ? !S_ISDIR(st.st_mode) : linkToNothing(path, st);
 }
-
-namespace {
-
-// The file at the path, if it is a file (no folder) older than three hours by its time.
-bool abandonedFile(const char* path, struct stat& st) {
-    return ::stat(path, &st) == 0 && !S_ISDIR(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
-}
-
-} // namespace
 
 void removeAbandoned(const _kzString8_allSize<500>& path) {
     struct stat seen, now;
-    if (!abandonedFile(path.data, seen)) return;
+    if (!abandonedEntry(path.data, seen)) return;
     _kzString8_allSize<500> claim(path);
     claim += ".stale";
     FILE* claimed = std::fopen(claim.data, "wx");
     if (!claimed) {
         // Another process is removing it right now. A claim left by a process that died
         // holding it is removed once it is abandoned itself; the next time-out tries again.
-        if (errno == EEXIST && abandonedFile(claim.data, now)) ::unlink(claim.data);
+        if (errno == EEXIST && abandonedEntry(claim.data, now)) ::unlink(claim.data);
         return;
     }
     std::fclose(claimed);
     // Only the file that was found abandoned, and only while it still stands there.
-    if (abandonedFile(path.data, now) && now.st_ino == seen.st_ino && now.st_mtime == seen.st_mtime) ::unlink(path.data);
+    if (abandonedEntry(path.data, now) && now.st_ino == seen.st_ino && now.st_mtime == seen.st_mtime) ::unlink(path.data);
     ::unlink(claim.data);
 }
 

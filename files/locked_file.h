@@ -23,10 +23,12 @@ namespace kzlock {
 constexpr int kPollMs = 250;
 constexpr int64_t kAbandonedAfterSeconds = 10800;
 
-// Whether anything (file or folder) stands at the path, and whether that is a folder.
+// Whether anything (file, folder or link) stands at the path, and whether that is a folder.
 bool entryExists(const char* path);
 bool isFolder(const char* path);
-// Something that is no folder stands at the path: a lock file, for the stale rule.
+// Something that is no folder stands at the path: a lock file, for the stale rule. A symbolic
+// link that leads nowhere counts as a lock file without a time: it blocks the exclusive
+// creation like one, and is removed like an abandoned one.
 bool isFile(const char* path);
 // Deletes the lock file at the path if it is abandoned (older than three hours), and only
 // that file. Several processes may find the same abandoned file at once; by the time one

@@ -31,8 +31,9 @@ TEST(LockedFile, ABudgetOfPollsAStaleRuleAndWhatIsWritten) {
     EXPECT_EQ(textOf(shortLock.lastErrorText()), "File still locked, timeout reached.");
     // An abandoned lock under another process's claim to remove it stays this time; a claim
     // left behind by a process that died goes once it is abandoned itself, and the lock
-    // after it.
-    setModified(lockFile, _kzTime(true).value - 10801);
+    // after it. The lock here is a link that leads nowhere: a lock without a time.
+    ::unlink(lockFile.c_str());
+    ASSERT_EQ(::symlink(dir.file("nowhere").c_str(), lockFile.c_str()), 0);
     writeFile(lockFile + ".stale", "");
     for (const long long claimAge : {0LL, 10801LL, -1LL}) {
         if (claimAge >= 0) setModified(lockFile + ".stale", _kzTime(true).value - claimAge);

@@ -51,7 +51,10 @@ struct Shell {
         waitFor([&] { child.poll(nullptr); all += take(); return all.size() >= expected; }, 3000);
         return all;
     }
-    ~Shell() { child.closePipes(), pid > 0 && waitpid(pid, nullptr, 0); }
+    ~Shell() {
+        child.closePipes();
+        if (pid > 0) waitpid(pid, nullptr, 0);
+    }
 };
 
 TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {

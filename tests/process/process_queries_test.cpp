@@ -72,25 +72,27 @@ TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
     usleep(300000); // the big one touches its memory
     // Three rounds a second apart on one table; the second is kept as the earlier table, whose
     // interval is the divisor. The clock and the busy process's run time by the scheduler's own
-    // count, read before [0] and after [1] each round, bound what the table may say whatever
-    // share of a core the busy process gets on a loaded machine.
+    // count, read before and after each round, bound what the table may say whatever share of a
+    // core the busy process gets on a loaded machine.
     const auto clock = [] { return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count(); };
     const auto ran = [&] { return std::stod(readFile("/proc/" + std::to_string(busy) + "/schedstat")) * 1e-9; };
-    double wall[3][2], cpu[3][2];
+    struct Reading {
+        double wall, cpu;
+    } begun[3], done[3];
     auto after = std::make_unique<_kzProcessList>(true), before = std::make_unique<_kzProcessList>(true);
     for (int round = 0; round < 3; ++round) {
         if (round == 2) before->copyFrom(*after);
         if (round > 0) usleep(1000000);
-        wall[round][0] = clock(), cpu[round][0] = ran();
+        begun[round] = {clock(), ran()}; // a braced list is read from left to right
         ASSERT_TRUE(after->updateFull());
-        cpu[round][1] = ran(), wall[round][1] = clock();
+        done[round] = {clock(), ran()};
     }
     float busyPercent = -1, unset = 7;
     after->cpuPercent(busyPercent, after->indexOfPid(busy, false), *before, 0);
     // The CPU grown between the busy process's measurements in rounds 1 and 2, over the interval
     // between the starts of rounds 0 and 1; the kernel's tick-counted CPU time is within 30 ms.
-    EXPECT_GE(busyPercent, 100 * (cpu[2][0] - cpu[1][1] - 0.03) / (wall[1][1] - wall[0][0]));
-    EXPECT_LE(busyPercent, 100 * (cpu[2][1] - cpu[1][0] + 0.03) / (wall[1][0] - wall[0][1]));
+    EXPECT_GE(busyPercent, 100 * (begun[2].cpu - done[1].cpu - 0.03) / (done[1].wall - begun[0].wall));
+    EXPECT_LE(busyPercent, 100 * (done[2].cpu - begun[1].cpu + 0.03) / (begun[1].wall - done[0].wall));
     // Resident memory, to the nearest MiB, as the kernel's status gives it in KiB (its address space is 1 MiB more).
     const std::string status = readFile("/proc/" + std::to_string(big) + "/status");
     EXPECT_NEAR(after->entries[after->indexOfPid(big, false)].memoryMB, std::stol(status.substr(status.find("VmRSS:") + 6)) / 1024.0, 0.5);
@@ -128,7 +130,7 @@ TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     _kzProcessLoadTable table(4);
     EXPECT_EQ(static_cast<long long>(table.snapshotTimeMS.value), 0); // unset until a list is taken over
     table.count = 3;
-    table.at(1)->pid = 8, table.at(2)->pid = 9;
+    for (int i = 1; i <= 2; ++i) table.at(i)->pid = 7 + i; // 8 and 9
     table.removeAt(1);
     table.removeAt(2); // behind the records in use: nothing
     EXPECT_EQ(table.count * 10 + static_cast<int>(table.at(1)->pid), 29);

@@ -16,26 +16,21 @@ inline std::string readFile(const std::string& path) {
     return in ? std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()) : "<missing>";
 }
 
+// All zero where there is nothing to stat: no time, and no kind.
 inline struct stat statOf(const std::string& path) {
     struct stat st {};
     ::stat(path.c_str(), &st);
     return st;
 }
 
-inline long long modifiedAt(const std::string& path) {
-    struct stat st {};
-    return ::stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
-}
+inline long long modifiedAt(const std::string& path) { return statOf(path).st_mtime; }
 
 inline void setModified(const std::string& path, long long when) {
     const utimbuf times{static_cast<time_t>(when), static_cast<time_t>(when)};
     ::utime(path.c_str(), &times);
 }
 
-inline bool isFolderAt(const std::string& path) {
-    struct stat st {};
-    return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
+inline bool isFolderAt(const std::string& path) { return S_ISDIR(statOf(path).st_mode); }
 
 // The number of entries in /proc/self/fd.
 inline int openDescriptors() {
