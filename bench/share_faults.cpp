@@ -50,6 +50,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/platform_os.h"
+
 namespace {
 
 const std::string kShare = std::string(KZ_SOURCE_DIR) + "/tests/support/network_share.sh";
@@ -255,6 +257,18 @@ int main(int argc, char** argv) {
     const std::string root = mounted + "/farm/";
     for (const std::string& folder : {root, root + "sub", root + "sub/log", mounted + "/rsync"})
         ::mkdir(folder.c_str(), 0755);
+    // A copy onto sshfs sets its time before the close, as on a local disk; on SMB after it,
+    // since there the close stamps the time of the last write.
+    const int probe = ::open((root + "probe").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    const bool keepsTime = kzCloseKeepsFileTime_OS(probe);
+    ::close(probe);
+    ::unlink((root + "probe").c_str());
+    if (probe < 0 || keepsTime != (kind == "sftp")) {
+        std::fprintf(stderr, "a close on this %s share %s the time set before it\n", kind.c_str(),
+                     keepsTime ? "is said to keep" : "is not said to keep");
+        cleanUp();
+        return 1;
+    }
 
     // Twelve logs of 1 to 56 KiB, a log that grows every second, a job database that
     // changes every three seconds, and its journal.

@@ -116,9 +116,10 @@ bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>&
 
     const utimbuf times{st.st_atime, st.st_mtime};
     // The source's time is what makes the next comparison find the copy up to date. It is set
-    // once: before the close on a local disk; after the close elsewhere, since an SMB share
-    // stamps the time of the last write on the file when its handle closes (and that close
-    // may land after close() has returned).
+    // once: before the close where the close keeps it (a local disk, sshfs), so that on a
+    // share its answer comes back together with those of the last writes; after the close
+    // elsewhere, since an SMB share stamps the time of the last write on the file when its
+    // handle closes (and that close may land after close() has returned).
     const bool timeBeforeClose = kzCloseKeepsFileTime_OS(to);
     const long chunk = chunkSizeFor(st);
     const long alignment = leastCommonMultiple(8, ::sysconf(_SC_PAGESIZE));

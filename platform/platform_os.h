@@ -16,8 +16,9 @@ bool kzExecutablePath_OS(char* buffer, int size);
 void kzFixLargeBlockThreshold_OS(int bytes);
 
 // Whether closing a file written through `fd` is known to leave its modification time as it
-// was set while the file was open: true for the local disks. False where the close may stamp
-// the time of the last write over it, as SMB shares do (the server sets it when the handle
-// closes), and wherever that is not known (network and FUSE file systems). Asked right after
-// the open, before anything is written: it must not cost a round trip to a server.
+// was set while the file was open: true for the local disks and for sshfs. False where the
+// close may stamp the time of the last write over it, as SMB shares do (the server sets it
+// when the handle closes), and wherever that is not known (other network and FUSE file
+// systems). Asked right after the open, before anything is written: it must not cost a round
+// trip to a server.
 bool kzCloseKeepsFileTime_OS(int fd);

@@ -25,6 +25,21 @@ line() { printf '%-36s %s\n' "$1" "$2"; }
 in_ms() { awk -v s="$1" 'BEGIN { printf "%.2f", s * 1000 }'; }
 # the median of the numbers given
 median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+# The median of the ratios OTHER / TOOL, turn by turn, of two lists of times taken in the same
+# turns (TOOL's list first): a throughput ratio that holds while the machine's speed drifts
+# from one turn to the next, as it does on a shared host.
+turn_ratio() {
+  median $(paste -d' ' <(printf '%s\n' $1) <(printf '%s\n' $2) | awk '{ printf "%.6f\n", $2 / $1 }')
+}
+# "STEAL TOTAL" CPU ticks of the whole machine so far; stolen_since prints how much of the CPU
+# the host took from this machine (steal) since such a reading, in percent.
+cpu_ticks() { awk '/^cpu / { t = 0; for (i = 2; i <= 9; i++) t += $i; print $9, t }' /proc/stat; }
+stolen_since() {
+  local s0 t0 s1 t1
+  read -r s0 t0 <<<"$1"
+  read -r s1 t1 < <(cpu_ticks)
+  awk -v s="$((s1 - s0))" -v t="$((t1 - t0))" 'BEGIN { printf "%.0f", (t > 0) ? 100 * s / t : 0 }'
+}
 # the median wall time of several runs of a command, in seconds
 timed() {
   local runs=$1 times=()
@@ -53,10 +68,12 @@ pass_against_rsync() {
 # been read for a few seconds, so each copy warms its source just before it starts.
 warm() { find "$1" -type f -exec cat {} + >/dev/null; }
 # Copies with the tool and with cp in turns, each into a fresh destination after the
-# previous copy's data has been written out; prints "tool_median cp_median" in seconds.
+# previous copy's data has been written out; prints "tool_median cp_median ratio steal": the
+# medians in seconds, the throughput ratio turn by turn, and the host's steal in percent.
 copy_rounds() {
-  local src=$1 dst=$2 prepare=$3 kz=() cps=()
+  local src=$1 dst=$2 prepare=$3 kz=() cps=() ticks
   shift 3
+  ticks=$(cpu_ticks)
   for _ in 1 2 3 4 5; do
     eval "$prepare"; sync; warm "$src"
     "$measure" "$work/t" "$bin/bench/copy_files" "$@" "$src" "$dst"; kz+=("$(field "$work/t" 1)")
@@ -68,7 +85,7 @@ copy_rounds() {
     fi
     cps+=("$(field "$work/t" 1)")
   done
-  echo "$(median "${kz[@]}") $(median "${cps[@]}")"
+  echo "$(median "${kz[@]}") $(median "${cps[@]}") $(turn_ratio "${kz[*]}" "${cps[*]}") $(stolen_since "$ticks")"
 }
 
 only=${1:-all}
@@ -135,23 +152,24 @@ rsync -a "$work/logs/local/" "$work/logs/mirror/"
 pass_against_rsync "up-to-date log pass, 10,000 files:" "$work/logs/local/" "$work/logs/network/" "$work/logs/mirror/"
 
 # 3. Copying, page cache warm, same file system: one 1 GiB file, and 10,000 files of 1 to
-#    100 KiB. Throughput ratio = cp's time / the tool's time, medians of five turns each.
+#    100 KiB. Throughput ratio = cp's time / the tool's time in the same turn, the median of
+#    five turns; the times shown are each tool's median.
 head -c 1073741824 /dev/urandom >"$work/big"
 cat "$work/big" >/dev/null
-read -r kz_s cp_s < <(copy_rounds "$work/big" "$work/big.copy" 'rm -f "$work/big.copy"')
+read -r kz_s cp_s r stolen < <(copy_rounds "$work/big" "$work/big.copy" 'rm -f "$work/big.copy"')
 cmp -s "$work/big" "$work/big.copy" || echo "copy of the big file differs!"
 rm -f "$work/big" "$work/big.copy"
-r=$(ratio "$cp_s" "$kz_s")
-line "copy of 1 GiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
+r=$(awk -v r="$r" 'BEGIN { printf "%.3f", r }')
+line "copy of 1 GiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">=")), host steal ${stolen} %"
 
 mkdir -p "$work/small"
 "$bin/bench/make_tree" "$work/small" 10000 1024 102400 .dat
 cat "$work"/small/* >/dev/null
-read -r kz_s cp_s < <(copy_rounds "$work/small" "$work/small.copy" \
+read -r kz_s cp_s r stolen < <(copy_rounds "$work/small" "$work/small.copy" \
   'rm -rf "$work/small.copy"; mkdir "$work/small.copy"' --folder)
 rm -rf "$work/small" "$work/small.copy"
-r=$(ratio "$cp_s" "$kz_s")
-line "copy of 10,000 files of 1-100 KiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">="))"
+r=$(awk -v r="$r" 'BEGIN { printf "%.3f", r }')
+line "copy of 10,000 files of 1-100 KiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">=")), host steal ${stolen} %"
 
 # 4. Peak resident memory of the tool over a run with two passes of both kinds over the
 #    10,000 files of the log folder.
@@ -224,7 +242,8 @@ fi
 
 # 10. On real network shares (SMB and SFTP on 127.0.0.1, mounted through FUSE), against the
 #    same tools to the same mount: an up-to-date log pass over 1,000 files, and first copies
-#    of 200 files of 1-64 KiB and of one file of 100 MiB, medians of six turns.
+#    of 200 files of 1-64 KiB and of one file of 100 MiB in eight turns: each tool's median, and
+#    the median of the turn-by-turn throughput ratios against the faster of rsync and cp.
 share_bench() {
   local kind=$1 state="$work/share.$1" at
   chmod 755 "$work" # the share's server reaches its folder as another user
@@ -261,13 +280,16 @@ share_bench() {
   fi
 
   for what in small big; do
-    local src="$work/share.$what" order=(kz rs cp) cmd
+    local src="$work/share.$what" order=(rs kz cp) cmd ticks
     local -A times=([kz]="" [rs]="" [cp]="")
-    for turn in 1 2 3 4 5 6; do
+    ticks=$(cpu_ticks)
+    for turn in 1 2 3 4 5 6 7 8; do
       # Each copy starts from the same state: its destination fresh, what the copies before it
       # wrote out on the disk (sync), so that none pays for another's write-back, and its
-      # source in the page cache; the order turns each time, so that in six turns each tool
-      # takes each place twice. Copies to a share vary by 10 % or more from one to the next.
+      # source in the page cache. The tool's copy stands between the two others in each turn,
+      # right beside the one it is compared with, and rsync and cp take turns at going first.
+      # Copies to a share vary by 10 % or more from one to the next, and by more when the
+      # host takes CPU from this machine for seconds at a time.
       for who in "${order[@]}"; do
         rm -rf "${at:?}/$who"; mkdir -p "$at/$who"; sync; warm "$src"
         case $who/$what in
@@ -284,13 +306,16 @@ share_bench() {
         fi
         times[$who]+=" $(field "$work/t" 1)"
       done
-      order=("${order[@]:1}" "${order[0]}")
+      order=("${order[2]}" "${order[1]}" "${order[0]}")
     done
-    local kz_s rs_s cp_s best
+    # The faster of rsync and cp by its median is the one to match; the ratio is taken turn by
+    # turn against it.
+    local kz_s rs_s cp_s faster
     kz_s=$(median ${times[kz]}); rs_s=$(median ${times[rs]}); cp_s=$(median ${times[cp]})
-    best=$(awk -v a="$rs_s" -v b="$cp_s" 'BEGIN { print (a < b) ? a : b }')
-    r=$(ratio "$best" "$kz_s")
-    line "$kind, first copy, $what:" "tool ${kz_s} s, rsync -a ${rs_s} s, cp ${cp_s} s -> throughput ratio against the faster $r (goal >= 0.95: $(verdict "$r" 0.95 ">="))"
+    faster=$(awk -v a="$rs_s" -v b="$cp_s" 'BEGIN { print (a < b) ? "rs" : "cp" }')
+    r=$(awk -v r="$(turn_ratio "${times[kz]}" "${times[$faster]}")" 'BEGIN { printf "%.3f", r }')
+    line "$kind, first copy, $what:" "tool ${kz_s} s, rsync -a ${rs_s} s, cp ${cp_s} s -> throughput ratio against the faster $r (goal >= 0.95: $(verdict "$r" 0.95 ">=")), host steal $(stolen_since "$ticks") %"
+    line "  turn by turn, s:" "tool$(printf ' %.2f' ${times[kz]}); rsync$(printf ' %.2f' ${times[rs]}); cp$(printf ' %.2f' ${times[cp]})"
   done
   tests/support/network_share.sh stop "$state"
 }
