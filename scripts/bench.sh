@@ -285,13 +285,14 @@ share_bench() {
     ticks=$(cpu_ticks)
     for turn in 1 2 3 4 5 6 7 8; do
       # Each copy starts from the same state: its destination fresh, what the copies before it
-      # wrote out on the disk (sync), so that none pays for another's write-back, and its
-      # source in the page cache. The tool's copy stands between the two others in each turn,
-      # right beside the one it is compared with, and rsync and cp take turns at going first.
-      # Copies to a share vary by 10 % or more from one to the next, and by more when the
-      # host takes CPU from this machine for seconds at a time.
+      # wrote out on the disk (sync) and a second for the share to finish what they left it
+      # (a FUSE mount closes files after close has returned), so that none pays for another's
+      # work, and its source in the page cache. The tool's copy stands between the two others
+      # in each turn, right beside the one it is compared with, and rsync and cp take turns at
+      # going first. Copies to a share vary by 10 % or more from one to the next, and by more
+      # when the host takes CPU from this machine for seconds at a time.
       for who in "${order[@]}"; do
-        rm -rf "${at:?}/$who"; mkdir -p "$at/$who"; sync; warm "$src"
+        rm -rf "${at:?}/$who"; mkdir -p "$at/$who"; sync; sleep 1; warm "$src"
         case $who/$what in
           kz/small) cmd=("$bin/bench/copy_files" --folder "$src" "$at/kz") ;;
           kz/big) cmd=("$bin/bench/copy_files" "$src" "$at/kz/big") ;;
