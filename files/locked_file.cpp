@@ -12,17 +12,15 @@ namespace kzlock {
 
 namespace {
 
-// A symbolic link that leads nowhere (st: the link's own).
-bool linkToNothing(const char* path, struct stat& st) {
-    struct stat target;
-    return ::lstat(path, &st) == 0 && S_ISLNK(st.st_mode) && ::stat(path, &target) != 0;
-}
+// A symbolic link at the path (st: the link's own). Asked where stat has failed: then the
+// link leads nowhere.
+bool isLink(const char* path, struct stat& st) { return ::lstat(path, &st) == 0 && S_ISLNK(st.st_mode); }
 
 // The entry at the path if it is an abandoned lock: a file (no folder) older than three hours
 // by its time, or a link to nothing, which has no time (0) and so is older still.
 bool abandonedEntry(const char* path, struct stat& st) {
     if (::stat(path, &st) == 0) return !S_ISDIR(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
-    return linkToNothing(path, st);
+    return isLink(path, st);
 }
 
 } // namespace
@@ -40,7 +38,7 @@ bool isFolder(const char* path) {
 
 bool isFile(const char* path) {
     struct stat st;
-    return ::stat(path, &st) == 0 ? !S_ISDIR(st.st_mode) : linkToNothing(path, st);
+    return ::stat(path, &st) == 0 ? !S_ISDIR(st.st_mode) : isLink(path, st);
 }
 
 void removeAbandoned(const _kzString8_allSize<500>& path) {

@@ -26,10 +26,10 @@ in_ms() { awk -v s="$1" 'BEGIN { printf "%.2f", s * 1000 }'; }
 # the median of the numbers given
 median() { printf '%s\n' "$@" | sort -g | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 # The median of the ratios OTHER / TOOL, turn by turn, of two lists of times taken in the same
-# turns (TOOL's list first): a throughput ratio that holds while the machine's speed drifts
-# from one turn to the next, as it does on a shared host.
+# turns (TOOL's list first), to three decimals: a throughput ratio that holds while the
+# machine's speed drifts from one turn to the next, as it does on a shared host.
 turn_ratio() {
-  median $(paste -d' ' <(printf '%s\n' $1) <(printf '%s\n' $2) | awk '{ printf "%.6f\n", $2 / $1 }')
+  ratio "$(median $(paste -d' ' <(printf '%s\n' $1) <(printf '%s\n' $2) | awk '{ printf "%.6f\n", $2 / $1 }'))" 1
 }
 # "STEAL TOTAL" CPU ticks of the whole machine so far; stolen_since prints how much of the CPU
 # the host took from this machine (steal) since such a reading, in percent.
@@ -159,7 +159,6 @@ cat "$work/big" >/dev/null
 read -r kz_s cp_s r stolen < <(copy_rounds "$work/big" "$work/big.copy" 'rm -f "$work/big.copy"')
 cmp -s "$work/big" "$work/big.copy" || echo "copy of the big file differs!"
 rm -f "$work/big" "$work/big.copy"
-r=$(awk -v r="$r" 'BEGIN { printf "%.3f", r }')
 line "copy of 1 GiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 0.95: $(verdict "$r" 0.95 ">=")), host steal ${stolen} %"
 
 mkdir -p "$work/small"
@@ -168,7 +167,6 @@ cat "$work"/small/* >/dev/null
 read -r kz_s cp_s r stolen < <(copy_rounds "$work/small" "$work/small.copy" \
   'rm -rf "$work/small.copy"; mkdir "$work/small.copy"' --folder)
 rm -rf "$work/small" "$work/small.copy"
-r=$(awk -v r="$r" 'BEGIN { printf "%.3f", r }')
 line "copy of 10,000 files of 1-100 KiB:" "tool ${kz_s} s, cp ${cp_s} s -> throughput ratio $r (goal >= 1.0: $(verdict "$r" 1.0 ">=")), host steal ${stolen} %"
 
 # 4. Peak resident memory of the tool over a run with two passes of both kinds over the
@@ -325,7 +323,7 @@ share_bench() {
     local kz_s rs_s cp_s faster
     kz_s=$(median ${times[kz]}); rs_s=$(median ${times[rs]}); cp_s=$(median ${times[cp]})
     faster=$(awk -v a="$rs_s" -v b="$cp_s" 'BEGIN { print (a < b) ? "rs" : "cp" }')
-    r=$(awk -v r="$(turn_ratio "${times[kz]}" "${times[$faster]}")" 'BEGIN { printf "%.3f", r }')
+    r=$(turn_ratio "${times[kz]}" "${times[$faster]}")
     line "$kind, first copy, $what:" "tool ${kz_s} s, rsync -a ${rs_s} s, cp ${cp_s} s -> throughput ratio against the faster $r (goal >= 0.95: $(verdict "$r" 0.95 ">=")), host steal $(stolen_since "$ticks") %"
     line "  turn by turn, s:" "tool$(printf ' %.2f' ${times[kz]}); rsync$(printf ' %.2f' ${times[rs]}); cp$(printf ' %.2f' ${times[cp]})"
   done
