@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstring>
 #include <new>
 
@@ -16,6 +17,7 @@ struct kzDirScanRecord {
     uint8_t active = 0;      // a walk is running
     uint8_t replay = 0;      // next() walks `entries`, not the directory stream
     uint8_t withFolders = 0; // folders are delivered too
+    uint8_t readFailed = 0;  // opening or reading the folder failed in this walk
     _kzString<500> givenPath;
     _kzString<500> folder; // with trailing "/"; entry names are joined to it
     _kzFileList startFilters;
@@ -75,6 +77,7 @@ void _kzDirScan::start(const _kzString<500>& path, const bool& withFolders, cons
     r.active = 0;
     r.replay = 0;
     r.withFolders = withFolders ? 1 : 0;
+    r.readFailed = 0;
     r.givenPath = pathForwardSlashes(path);
     r.scanPath = r.givenPath;
     r.namePrefix.clear();
@@ -129,17 +132,22 @@ bool _kzDirScan::next() {
     if (!r.handle) {
         r.handle = opendir(r.scanPath.to_kzString8_250().data);
         if (!r.handle) {
+            r.readFailed = 1;
             r.active = 0;
             r.replay = 0;
             r.current = nullptr;
             return false;
         }
     }
-    // Rejected entries are skipped in this loop, with nothing kept per entry.
+    // Rejected entries are skipped in this loop, with nothing kept per entry. The end of the
+    // folder and a failed read both give null; only a failure sets errno.
+    errno = 0;
     while ((r.current = readdir(r.handle)) != nullptr) {
         r.attributesValid = 0;
         if (passesFilter()) return true;
+        errno = 0;
     }
+    if (errno != 0) r.readFailed = 1;
     closeDirectory();
     r.active = 0;
     r.replay = 0;
@@ -266,6 +274,12 @@ void _kzDirScan::releaseSnapshot() {
     record->entries.release();
 }
 
+bool _kzDirScan::folderRead() const { return record && !record->readFailed; }
+
 int _kzDirScan::entryCount() const { return record ? record->entries.count : 0; }
 
 _kzString<500> _kzDirScan::entryName(int index) const { return record->entries.data[index]; }
+
+int _kzDirScan::findEntry(const _kzString<500>& name, const bool& sameCase) const {
+    return record ? record->entries.find(name, sameCase) : -1;
+}

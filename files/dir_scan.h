@@ -61,7 +61,14 @@ struct _kzDirScan {
     // time and needs no list between walks.
     void releaseSnapshot();
     int entryCount() const;
+    // False once the present walk failed to open its folder or to read it; after the start of
+    // a snapshot, whether the whole folder was read, which tells an empty folder from one
+    // that could not be read.
+    bool folderRead() const;
     _kzString<500> entryName(int index) const;
+    // Index of the snapshot's first entry equal to `name` (ignoring case unless `sameCase`),
+    // or -1.
+    int findEntry(const _kzString<500>& name, const bool& sameCase) const;
 
 private:
     bool passesFilter();

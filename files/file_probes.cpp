@@ -54,6 +54,13 @@ bool fileInfo(const _kzString8_allSize<250>& path, _kzTime* time, int64_t* size)
 
 bool fileExists(const _kzString<500>& path) { return fileInfo(path, nullptr, nullptr); }
 
+bool fileStamp(const _kzString8_allSize<500>& path, _kzFileStamp* stamp) {
+    struct stat st;
+    const bool file = probe(path.data, &st) && !isFolder(st);
+    *stamp = file ? _kzFileStamp{st.st_mtim.tv_sec, st.st_mtim.tv_nsec, st.st_size} : _kzFileStamp{};
+    return file;
+}
+
 bool fileDelete(const _kzString8_allSize<500>& path) {
     struct stat st;
     if (!probe(path.data, &st)) return true;

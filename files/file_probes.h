@@ -20,6 +20,17 @@ bool fileInfo(const _kzString8_allSize<250>& path, _kzTime* time, int64_t* size)
 
 bool fileExists(const _kzString<500>& path);
 
+// A file's modification time to the nanosecond, and its size: what tells two looks at a
+// file apart even when both fall in the same second.
+struct _kzFileStamp {
+    int64_t seconds = 0;
+    int64_t nanoseconds = 0;
+    int64_t size = 0;
+};
+// True if the path exists and is no folder; then `stamp` holds its time and size,
+// otherwise all zero.
+bool fileStamp(const _kzString8_allSize<500>& path, _kzFileStamp* stamp);
+
 // True if the file is gone afterwards, also when there was none.
 bool fileDelete(const _kzString8_allSize<500>& path);
 

@@ -3,6 +3,8 @@
 // an operating-system header beyond POSIX.
 #pragma once
 
+#include <cstdint>
+
 // Writes the system's text of error `code` into `buffer` (at most `size` bytes with the
 // terminator). False if the system does not know the number or the text does not fit.
 bool kzErrorText_OS(int code, char* buffer, int size);
@@ -22,3 +24,7 @@ void kzFixLargeBlockThreshold_OS(int bytes);
 // systems). Asked right after the open, before anything is written: it must not cost a round
 // trip to a server.
 bool kzCloseKeepsFileTime_OS(int fd);
+
+// The present time of the clock that the file system stamps modification times from when a
+// file is written: a time that a write made after this call can't fall below.
+void kzFileClockNow_OS(int64_t* seconds, int64_t* nanoseconds);

@@ -5,7 +5,8 @@
 #include "files/dir_scan.h"
 #include "strings/kz_string.h"
 
-// Creates the job database folder (with its parents) and brings every file whose name
+// Creates the job database folder (with its parents), removes from it the files of a
+// "jobs.db" name that the local folder no longer holds, and brings every file whose name
 // holds "jobs.db" (any case, any position) that differs from its mirror there. Ends at
 // once if the folder can't be created. `jobScan` is the run's scan without filters.
 void jobDbPass(const _kzString<500>& localFolder, const _kzString<500>& networkRoot, _kzDirScan& jobScan);

@@ -59,3 +59,12 @@ bool kzCloseKeepsFileTime_OS(int fd) {
     if (last.device != st.st_dev || last.second != now.tv_sec) last = {st.st_dev, now.tv_sec, isSshfs(minor(st.st_dev))};
     return last.keeps;
 }
+
+// The kernel stamps a write with its coarse clock, which lags the fine one by up to a tick:
+// a write just after a second boundary can carry a time a few milliseconds before it.
+void kzFileClockNow_OS(int64_t* seconds, int64_t* nanoseconds) {
+    timespec now;
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    *seconds = now.tv_sec;
+    *nanoseconds = now.tv_nsec;
+}
