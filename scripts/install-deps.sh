@@ -16,6 +16,7 @@ set -euo pipefail
 packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
   samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
   zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
+  libsqlite3-dev # a real database engine writes the job database in the tests
   dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
   pkgconf # a program built against libkz-dev through pkg-config
   "$@")

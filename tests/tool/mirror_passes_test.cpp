@@ -1,15 +1,20 @@
 // The two mirror passes, driven in-process over real folders as the tool drives them. The
 // log mirror's names are checked against a model by fuzz/path_fuzz.cpp.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "tests/tool/mirror_fixture.h"
 #include "tool/job_db_pass.h"
 #include "tool/log_pass.h"
+#include "tool/mirror_file.h"
 
 namespace {
 
@@ -62,6 +67,96 @@ TEST(JobDbPass, NamesWithJobsDbInAnyCaseGoUnchangedToTheJobFolder) {
     passes.jobs(f); // the job folder is made with its parents
     for (const char* name : names) EXPECT_EQ(readFile(f.jobs + name), std::string("content of ") + name) << name;
     EXPECT_FALSE(readFile(f.jobs + "jobs.txt") != "<missing>" || isFolderAt(f.jobs + "jobs.db.d"));
+}
+
+// Sets a file's modification time to the nanosecond.
+void setModifiedNs(const std::string& path, long long seconds, long nanoseconds) {
+    const timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
+    ::utimensat(AT_FDCWD, path.c_str(), times, 0);
+}
+
+// A copy keeps its source's time only when no later write can leave time and size as they
+// are: when the source did not change while it was copied and the second of its time is over
+// by the clock that writes are stamped from. Otherwise the copy gets a time a second before
+// the source's, so that the next pass copies it again.
+TEST(MirrorFile, KeepsTheSourcesTimeOnlyForACopyThatSettled) {
+    // The rows start in the first half of a second, so that the present second is not over
+    // before the last row is copied.
+    timespec now;
+    while (::clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0 && now.tv_nsec >= 500000000) ::usleep(10000);
+    struct Row {
+        const char* what;
+        long long seconds;
+        long nanoseconds;
+        long long changedTo; // the source's time set while it is being copied (0: no change)
+        long long expected;
+    };
+    const Row rows[] = {
+        {"a past second", 1600000000, 0, 0, 1600000000},
+        {"the present second", now.tv_sec, 0, 0, now.tv_sec - 1},
+        {"the next second", now.tv_sec + 1, 0, 0, now.tv_sec},
+        {"set by hand just over a second ahead", now.tv_sec + 1, 999999999, 0, now.tv_sec + 1},
+        {"set by hand two seconds ahead", now.tv_sec + 2, 999999999, 0, now.tv_sec + 2},
+        {"changed within its second while copied", 1600000000, 0, 1600000000, 1599999999},
+    };
+    for (const Row& row : rows) {
+        TempDir dir;
+        const std::string source = dir.file("s.txt"), mirror = dir.file("m.txt");
+        std::thread writer;
+        if (row.changedTo == 0) {
+            writeFile(source, "settled?");
+        } else {
+            // A pipe's time moves when it is written; the copy reads it to its end, which comes
+            // only once the writer has set the new time (half a second later, in the same second) and closed it.
+            ::mkfifo(source.c_str(), 0644);
+            writer = std::thread([&] {
+                const int fd = ::open(source.c_str(), O_WRONLY);
+                EXPECT_EQ(::write(fd, "settled?", 8), 8);
+                setModifiedNs(source, row.changedTo, 500000000);
+                ::close(fd);
+            });
+        }
+        setModifiedNs(source, row.seconds, row.nanoseconds);
+        mirrorFile(wide(source), wide(mirror));
+        if (writer.joinable()) writer.join();
+        EXPECT_EQ(readFile(mirror), "settled?") << row.what;
+        EXPECT_EQ(modifiedAt(mirror), row.expected) << row.what;
+    }
+}
+
+// The job folder holds what the local folder holds: a file of a job database name whose
+// source has gone is removed before anything is copied, when the local folder was read.
+TEST(JobDbPass, RemovesTheJobFilesWhoseSourceHasGoneAndNothingElse) {
+    MirrorFolders f;
+    writeFile(f.local + "jobs.db", "db");
+    ::mkdir((f.local + "jobs.db-keep").c_str(), 0755);
+    Passes passes;
+    passes.jobs(f);
+    struct Row {
+        const char* name;
+        bool kept;
+    };
+    const Row rows[] = {
+        {"jobs.db-wal", false},  // a side file that the engine deleted
+        {"JOBS.DB-SHM", false},  // any case
+        {"JOBS.DB", false},      // the local folder holds jobs.db, not this name
+        {"jobs.db-keep", true},  // the local folder holds a folder of this name
+        {"other.txt", true},     // no job database name
+    };
+    for (const Row& row : rows) writeFile(f.jobs + row.name, "old");
+    ::mkdir((f.jobs + "old.jobs.db").c_str(), 0755);
+    writeFile(f.logs + "jobs.db-wal", "a log mirror keeps everything");
+    passes.jobs(f);
+    for (const Row& row : rows) EXPECT_EQ(readFile(f.jobs + row.name) != "<missing>", row.kept) << row.name;
+    EXPECT_TRUE(isFolderAt(f.jobs + "old.jobs.db")); // folders stay
+    EXPECT_EQ(readFile(f.logs + "jobs.db-wal"), "a log mirror keeps everything");
+    EXPECT_EQ(readFile(f.jobs + "jobs.db"), "db");
+
+    // A local folder that can't be read tells nothing of what has gone.
+    writeFile(f.jobs + "jobs.db-wal", "old");
+    ::rename(f.local.c_str(), f.dir.file("moved").c_str());
+    passes.jobs(f);
+    EXPECT_EQ(readFile(f.jobs + "jobs.db-wal"), "old");
 }
 
 // Resident pages of this process.
