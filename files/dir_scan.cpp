@@ -11,6 +11,7 @@
 #include "files/file_probes.h"
 #include "files/path_strings.h"
 #include "files/scan_filter.h"
+#include "platform/file_kinds.h"
 #include "platform/owners.h"
 
 struct kzDirScanRecord {
@@ -37,12 +38,6 @@ struct kzDirScanRecord {
     _kzFileList entries; // the snapshot: names without folder
     _kzDirScan* owner = nullptr;
 };
-
-namespace {
-
-constexpr unsigned kFolderBit = 0x4000;
-
-} // namespace
 
 _kzDirScan::_kzDirScan() : record(new (std::nothrow) kzDirScanRecord) {
     if (record) record->owner = this;
@@ -182,7 +177,7 @@ void _kzDirScan::loadAttributes() {
         r.modified.value = 0;
         r.size = 0;
     } else {
-        r.isFolder = (st.st_mode & kFolderBit) ? 1 : 0;
+        r.isFolder = kzHasFolderBit(st.st_mode) ? 1 : 0;
         r.modified.value = static_cast<int64_t>(st.st_mtime);
         r.size = static_cast<int64_t>(st.st_size);
         r.ownerId = static_cast<uint16_t>(st.st_uid);

@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/file_kinds.h"
 #include "platform/platform_os.h"
+#include "platform/retry_io.h"
 #include "platform/sleep.h"
 
 namespace {
@@ -34,29 +36,15 @@ long leastCommonMultiple(long a, long b) {
     return a / x * b;
 }
 
-ssize_t readAgain(int fd, unsigned char* buffer, long size) {
-    ssize_t n;
-    do n = ::read(fd, buffer, static_cast<size_t>(size));
-    while (n < 0 && errno == EINTR);
-    return n;
-}
-
-ssize_t writeAgain(int fd, const unsigned char* buffer, ssize_t size) {
-    ssize_t n;
-    do n = ::write(fd, buffer, static_cast<size_t>(size));
-    while (n < 0 && errno == EINTR);
-    return n;
-}
-
 // Copies chunk by chunk; false on a failed read or write (errno tells why).
 bool transfer(int from, int to, bool regular, long chunk, unsigned char* buffer, const int32_t* throttleMs,
               bool* tailIsZero) {
     for (;;) {
-        const ssize_t got = readAgain(from, buffer, chunk);
+        const ssize_t got = kzReadRetrying(from, buffer, static_cast<size_t>(chunk));
         if (got < 0) return false;
         if (got == 0) return true;
         if (tailIsZero) *tailIsZero = kzTailLooksZero(buffer, got);
-        const ssize_t written = writeAgain(to, buffer, got);
+        const ssize_t written = kzWriteRetrying(to, buffer, static_cast<size_t>(got));
         if (written != got) {
             if (written >= 0) errno = EIO; // a short write has no reason of its own
             return false;
@@ -95,9 +83,9 @@ bool kzTailLooksZero(const unsigned char* chunk, long length) {
 bool fileCopy(const _kzString8_allSize<500>& src, const _kzString8_allSize<500>& dst, const bool& overwrite,
               const int32_t* throttleMs, bool* tailIsZero) {
     struct stat st;
-    const bool replacing = ::stat(dst.data, &st) == 0 && !S_ISDIR(st.st_mode);
+    const bool replacing = ::stat(dst.data, &st) == 0 && !kzIsFolderKind(st.st_mode);
     if (replacing && !overwrite) return true;
-    if (::stat(src.data, &st) != 0 || S_ISDIR(st.st_mode)) return false;
+    if (::stat(src.data, &st) != 0 || kzIsFolderKind(st.st_mode)) return false;
 
     // The source is opened before an old destination goes: a mirror outlives a source that
     // has gone or can't be read.

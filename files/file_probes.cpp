@@ -7,12 +7,11 @@
 #include <cerrno>
 
 #include "files/path_strings.h"
+#include "platform/file_kinds.h"
 
 namespace {
 
-constexpr unsigned kFolderBit = 0x4000;
-
-bool isFolder(const struct stat& st) { return (st.st_mode & kFolderBit) != 0; }
+bool isFolder(const struct stat& st) { return kzHasFolderBit(st.st_mode); }
 
 // stat on the path; false if it can't be reached.
 bool probe(const char* path, struct stat* st) { return ::stat(path, st) == 0; }
@@ -90,7 +89,7 @@ bool folderExists(_kzString8_allSize<250>& path) { return folderExistsInPlace(pa
 
 bool folderExists(_kzString<500>& path) {
     if (path.length < 3) return false;
-    if (path.endsWith('/')) path.setLength(static_cast<short>(path.length - 1));
+    path.dropEnd('/');
     return isExistingFolder(path.to_kzString8_250().data);
 }
 
@@ -103,7 +102,7 @@ bool folderCreate(const _kzString8_allSize<500>& path, const bool& withParents) 
     if (path.length < 2) return true;
     if (path.length != 2) {
         _kzString8_allSize<500> bare(path);
-        if (bare.endsWith('/')) bare.setLength(static_cast<short>(bare.length - 1));
+        bare.dropEnd('/');
         if (isExistingFolder(bare.data)) return true;
     }
     if (withParents) {

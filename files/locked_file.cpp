@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "files/file_probes.h"
+#include "platform/file_kinds.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
 #include "time/kz_time.h"
@@ -19,7 +20,7 @@ bool isLink(const char* path, struct stat& st) { return ::lstat(path, &st) == 0 
 // The entry at the path if it is an abandoned lock: a file (no folder) older than three hours
 // by its time, or a link to nothing, which has no time (0) and so is older still.
 bool abandonedEntry(const char* path, struct stat& st) {
-    if (::stat(path, &st) == 0) return !S_ISDIR(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
+    if (::stat(path, &st) == 0) return !kzHasFolderBit(st.st_mode) && _kzTime(true).value > st.st_mtime + kAbandonedAfterSeconds;
     return isLink(path, st);
 }
 
@@ -31,14 +32,9 @@ bool entryExists(const char* path) {
     return ::lstat(path, &st) == 0;
 }
 
-bool isFolder(const char* path) {
+bool isLockFile(const _kzString8_allSize<500>& path) {
     struct stat st;
-    return ::stat(path, &st) == 0 && S_ISDIR(st.st_mode);
-}
-
-bool isFile(const char* path) {
-    struct stat st;
-    return ::stat(path, &st) == 0 ? !S_ISDIR(st.st_mode) : isLink(path, st);
+    return fileInfo(path, nullptr, nullptr) || isLink(path.data, st);
 }
 
 void removeAbandoned(const _kzString8_allSize<500>& path) {

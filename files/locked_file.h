@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <type_traits>
 
+#include "files/file_probes.h"
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
 
@@ -23,13 +24,12 @@ namespace kzlock {
 constexpr int kPollMs = 250;
 constexpr int64_t kAbandonedAfterSeconds = 10800;
 
-// Whether anything (file, folder or link) stands at the path, and whether that is a folder.
+// Whether anything (file, folder or link) stands at the path.
 bool entryExists(const char* path);
-bool isFolder(const char* path);
-// Something that is no folder stands at the path: a lock file, for the stale rule. A symbolic
-// link that leads nowhere counts as a lock file without a time: it blocks the exclusive
-// creation like one, and is removed like an abandoned one.
-bool isFile(const char* path);
+// A file (fileInfo's rule: no folder) stands at the path: a lock file, for the stale rule. A
+// symbolic link that leads nowhere counts as a lock file without a time: it blocks the
+// exclusive creation like one, and is removed like an abandoned one.
+bool isLockFile(const _kzString8_allSize<500>& path);
 // Deletes the lock file at the path if it is abandoned (older than three hours), and only
 // that file. Several processes may find the same abandoned file at once; by the time one
 // of them deletes, another may have removed it already and a third created a fresh lock
@@ -89,7 +89,7 @@ public:
             if (polls >= maxPolls) {
                 const _kzString8_allSize<500> longPath = lockPath.to_kzString8_500();
                 kzlock::removeAbandoned(longPath);
-                if (kzlock::isFile(longPath.data)) {
+                if (kzlock::isLockFile(longPath)) {
                     setError(lastError, true);
                     return false;
                 }
@@ -100,7 +100,7 @@ public:
             // A folder at the lock path would make the race rule below wait forever: it fails.
             // (errno is read first: the folder test's stat sets it anew.)
             const int created = errno;
-            const int error = created == EEXIST && kzlock::isFolder(shortPath.data) ? EISDIR : created;
+            const int error = created == EEXIST && folderExists(shortPath.data) ? EISDIR : created;
             setError(error, false);
             if (error != EEXIST) {
                 if (waitedMs) *waitedMs = -*waitedMs;
@@ -127,7 +127,7 @@ public:
     // Empty if the lock path is no file or the file went; else why it could not be deleted.
     _kzString<500> deleteLockFile() {
         const _kzString8_allSize<500> path = lockPath.to_kzString8_500();
-        if (!kzlock::isFile(path.data) || kzlock::removeFile(path.data)) return _kzString<500>();
+        if (!kzlock::isLockFile(path) || kzlock::removeFile(path.data)) return _kzString<500>();
         return kzlock::deleteFailureText();
     }
 

@@ -15,7 +15,7 @@ Name fileNameOf(const S& path) {
 template <typename S>
 S folderOf(S path) {
     if (path.length < 3) return path;
-    if (path.endsWith('/')) path.setLength(static_cast<short>(path.length - 1));
+    path.dropEnd('/');
 
     int rootEnd = 0;
     if (path.data[1] == ':') {
@@ -53,7 +53,7 @@ template <typename S>
 bool isBarePlaceholder(const S& head) {
     if (!head.startsWith('<')) return false;
     S root(head);
-    if (root.endsWith('/')) root.setLength(static_cast<short>(root.length - 1));
+    root.dropEnd('/');
     return root.endsWith('>') && root.indexOf('/', 0) < 0;
 }
 

@@ -23,7 +23,7 @@ bool kzResolveExecutableFolder(_kzString8_allSize<250>& folder, const char* argv
             _kzString8_allSize<250> base;
             if (::getcwd(base.data, 250)) base.calcLength();
             if (base.length >= 4) {
-                if (!base.endsWith('/') && base.length < 250) base += '/';
+                base.endWith('/');
                 const _kzString8_allSize<250> up("../");
                 int rest = 0;
                 for (int at = folder.indexOf(up, 0); at >= 0; at = folder.indexOf(up, at + 3)) {
@@ -49,7 +49,7 @@ _kzString8_allSize<250> kzExecutableFolder(const char* argv0) {
 
 _kzString8_allSize<250> kzParentFolder(_kzString8_allSize<250> path) {
     if (path.length < 3) return path;
-    if (path.endsWith('/')) path.setLength(static_cast<short>(path.length - 1));
+    path.dropEnd('/');
     const int last = path.lastIndexOf('/', -1);
     bool cut = last >= 2;
     // "//server/share": only a "/" between the share and the last one allows a cut.

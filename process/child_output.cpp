@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/retry_io.h"
 #include "process/child_process.h"
 
 namespace {
@@ -25,9 +26,7 @@ bool readable(int fd) {
 
 // Reads behind a carried-over partial line; the new bytes (0 on an error or the end).
 int readBehind(int fd, char* buffer, int carried) {
-    ssize_t n;
-    do n = ::read(fd, buffer + carried, static_cast<size_t>(_kzChildProcess::kReadSize - 1 - carried));
-    while (n < 0 && errno == EINTR);
+    const ssize_t n = kzReadRetrying(fd, buffer + carried, static_cast<size_t>(_kzChildProcess::kReadSize - 1 - carried));
     return n > 0 ? static_cast<int>(n) : 0;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/file_kinds.h"
 #include "platform/owners.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
@@ -42,7 +43,7 @@ void makePipe(int ends[2]) {
 
 bool kzLaunchablePath(const _kzString8_allSize<250>& path) {
     struct stat st;
-    return ::stat(path.data, &st) == 0 && !(st.st_mode & 0x4000);
+    return ::stat(path.data, &st) == 0 && !kzHasFolderBit(st.st_mode);
 }
 
 char** kzArgumentVector(const _kzString8_allSize<250>& path, _kzFileList& args) {

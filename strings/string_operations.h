@@ -184,6 +184,17 @@
     }                                                                                                        \
     T& replace(const T& from, const T& to) { return replacePattern(from, to, true); }                        \
     T& replaceCaseSen(const T& from, const T& to) { return replacePattern(from, to, false); }                \
+    /* Takes one `c` off the end if the text ends in it; true if it did.                  */                 \
+    bool dropEnd(const char& c) {                                                                            \
+        if (!endsWith(c)) return false;                                                                      \
+        setLength(short(length - 1));                                                                        \
+        return true;                                                                                         \
+    }                                                                                                        \
+    /* Appends `c` unless the text ends in it already or is full.                         */                 \
+    T& endWith(const char& c) {                                                                              \
+        if (!endsWith(c) && length < N) *this += c;                                                          \
+        return *this;                                                                                        \
+    }                                                                                                        \
     /* Removes every `ch`, ignoring case; returns a copy of the result as well.           */                 \
     T remove(const C& ch) {                                                                                  \
         length = uint16_t(kzstr::removeChar(data, length, kzstr::compareValue(ch, true)));                   \

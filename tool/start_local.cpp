@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "files/dir_scan.h"
+#include "files/path_strings.h"
 #include "platform/memory.h"
 #include "platform/sleep.h"
 #include "process/process_list.h"
@@ -30,8 +31,8 @@ void printBanner() {
 // Backslashes become slashes, and a folder gets its trailing "/" unless it already has
 // one or is full. Nothing else is tidied: doubled separators and "../" stay.
 void normaliseFolder(_kzString<500>& folder) {
-    folder.replace('\\', '/');
-    if (!folder.endsWith('/') && folder.length < _kzString<500>::capacity) folder += "/";
+    folder = pathForwardSlashes(folder);
+    folder.endWith('/');
 }
 
 // The options may stand anywhere on the command line, the program's own name included,

@@ -7,13 +7,14 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/retry_io.h"
+
 long kzReadProcFile(int folderFd, const char* path, char* buffer, size_t size) {
     const int fd = ::openat(folderFd, path, O_RDONLY | O_CLOEXEC);
     if (fd < 0) return -1;
     size_t total = 0;
     while (total < size - 1) {
-        const ssize_t n = ::read(fd, buffer + total, size - 1 - total);
-        if (n < 0 && errno == EINTR) continue;
+        const ssize_t n = kzReadRetrying(fd, buffer + total, size - 1 - total);
         if (n < 0) {
             const int error = errno;
             ::close(fd);
