@@ -8,6 +8,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include <cstdlib>
+
+#include "platform/system_error_text.h"
+#include "process/process_os.h"
 #include "process/raw_process.h"
 #include "strings/kz_string8.h"
 
@@ -64,6 +68,21 @@ void storeRaw(Table& table, const kzRawProcess* records, long n, int limit, bool
         entry.memoryMB = 0;
         entry.cpuSeconds = 0;
     }
+}
+
+// Reads the kernel's table and appends it as storeRaw does. Where it can't be read, the table
+// stays as it is and its errorText says why.
+template <typename Table>
+void collectInto(Table& table, int limit, bool clearOwner) {
+    kzRawProcess* records = nullptr;
+    long n = 0;
+    if (kzReadRawProcesses_OS(&records, &n)) {
+        storeRaw(table, records, n, limit, clearOwner);
+    } else {
+        table.errorText += " sysctl:";
+        table.errorText += kzSystemErrorText(-1).asChar();
+    }
+    std::free(records);
 }
 
 template <typename Table>

@@ -18,15 +18,22 @@ double kzCpuPercent(double secondsNow, double secondsBefore, double interval) {
     return static_cast<double>(d * 100.0f) / interval;
 }
 
+int kzMeasureLoad(uint32_t pid, double* cpuSeconds, int* memoryMB) {
+    double seconds = 0;
+    uint64_t bytes = 0;
+    const int error = kzReadProcessLoad_OS(pid, &seconds, &bytes);
+    *cpuSeconds = error ? 0 : seconds;
+    *memoryMB = error ? 0 : kzMemoryMB(bytes);
+    if (*memoryMB == 0 && bytes != 0) *memoryMB = 1;
+    return error;
+}
+
 int _kzProcessList::measureProcess(const int& index) {
     if (!measureStarted) beginMeasure(); // the first measurement after a snapshot opens the period
     _kzProcessEntry& entry = entries[index];
-    double seconds = 0;
-    uint64_t bytes = 0;
-    const int error = kzReadProcessLoad_OS(entry.pid, &seconds, &bytes);
+    const int error = kzMeasureLoad(entry.pid, &entry.cpuSeconds, &entry.memoryMB);
     if (kzMayNotBeRead(error)) {
         entry.cpuSeconds = -5.0; // another user's process, or one that has just gone: no message
-        entry.memoryMB = 0;
         return 1;
     }
     if (error) {
@@ -35,12 +42,9 @@ int _kzProcessList::measureProcess(const int& index) {
         errorText += ". ";
         errorText += kzSystemErrorText(error).asChar();
         entry.cpuSeconds = -error;
-        entry.memoryMB = 0;
         return 0;
     }
-    entry.cpuSeconds = seconds;
-    const int mb = kzMemoryMB(bytes);
-    entry.memoryMB = mb == 0 ? 1 : mb; // 0 stands only for a process without a measurement
+    if (entry.memoryMB == 0) entry.memoryMB = 1; // 0 stands only for a process without a measurement
     return 1;
 }
 

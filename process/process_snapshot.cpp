@@ -17,15 +17,7 @@ bool _kzProcessSnapshot::CollectAllProcesses_OS() {
     errorText.clear();
     collected = 1;
     count = 0;
-    kzRawProcess* records = nullptr;
-    long n = 0;
-    if (kzReadRawProcesses_OS(&records, &n)) {
-        kzproc::storeRaw(*this, records, n, 3999, false); // an owner stays as it stood in the slot
-    } else {
-        errorText += " sysctl:";
-        errorText += kzSystemErrorText(-1).asChar();
-    }
-    std::free(records);
+    kzproc::collectInto(*this, 3999, false); // an owner stays as it stood in the slot
     return true;
 }
 
@@ -99,17 +91,8 @@ void _kzProcessSnapshot::fillOwner(int index) { entries[index].owner = _kzProces
 
 void _kzProcessSnapshot::measureProcess(int index) {
     _kzProcessSnapshotEntry& entry = entries[index];
-    double seconds = 0;
-    uint64_t bytes = 0;
-    const int error = kzReadProcessLoad_OS(entry.pid, &seconds, &bytes);
-    if (error) {
-        entry.cpuSeconds = kzMayNotBeRead(error) ? -5.0 : -error;
-        entry.memoryMB = 0;
-        return;
-    }
-    entry.cpuSeconds = seconds;
-    entry.memoryMB = kzMemoryMB(bytes);
-    if (entry.memoryMB == 0 && bytes != 0) entry.memoryMB = 1;
+    const int error = kzMeasureLoad(entry.pid, &entry.cpuSeconds, &entry.memoryMB);
+    if (error) entry.cpuSeconds = kzMayNotBeRead(error) ? -5.0 : -error;
 }
 
 namespace {
