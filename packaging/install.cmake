@@ -14,11 +14,12 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS kzStartLocal kzLocalCache RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT commands)
 
-# Manual pages, compressed as Debian keeps them.
+# Manual pages, with the version put in, compressed as Debian keeps them.
 foreach(page kzStartLocal kzLocalCache)
+  configure_file(packaging/${page}.1.in ${page}.1 @ONLY)
   add_custom_command(OUTPUT ${page}.1.gz
-    COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/packaging/${page}.1 > ${page}.1.gz
-    DEPENDS ${PROJECT_SOURCE_DIR}/packaging/${page}.1 VERBATIM)
+    COMMAND gzip -9nc ${CMAKE_CURRENT_BINARY_DIR}/${page}.1 > ${page}.1.gz
+    DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${page}.1 VERBATIM)
   list(APPEND kz_manual_pages ${CMAKE_CURRENT_BINARY_DIR}/${page}.1.gz)
 endforeach()
 add_custom_target(manual_pages ALL DEPENDS ${kz_manual_pages})
@@ -40,7 +41,7 @@ foreach(component_and_package commands:kzstartlocal development:libkz-dev)
 endforeach()
 
 # The shared code: one library per subsystem, exported under the subsystem's folder name.
-foreach(subsystem strings platform time buffers files process exe_cache)
+foreach(subsystem ${KZ_SUBSYSTEMS})
   set_target_properties(kz_${subsystem} PROPERTIES EXPORT_NAME ${subsystem})
   add_library(kz::${subsystem} ALIAS kz_${subsystem})
   install(TARGETS kz_${subsystem} EXPORT kzTargets
@@ -58,8 +59,13 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kzConfig.cmake ${CMAKE_CURRENT_BINARY_
         DESTINATION ${kz_cmake_dir} COMPONENT development)
 # pkg-config: kz.pc names the libraries in the order a static link needs, each before those
 # it uses. It is written when it is installed, for the prefix the files land in.
+set(kz_link_order ${KZ_SUBSYSTEMS})
+list(REVERSE kz_link_order)
+list(TRANSFORM kz_link_order PREPEND "-lkz_")
+list(JOIN kz_link_order " " kz_libs)
 install(CODE "
   set(prefix \"\${CMAKE_INSTALL_PREFIX}\")
+  set(kz_libs \"${kz_libs}\")
   set(kz_libdir \"${CMAKE_INSTALL_LIBDIR}\")
   set(kz_includedir \"${CMAKE_INSTALL_INCLUDEDIR}\")
   set(kz_version \"${PROJECT_VERSION}\")
@@ -74,7 +80,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL commands development)
 set(CPACK_PACKAGE_NAME kzstartlocal)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${KZ_PACKAGE_RELEASE})
 set(CPACK_DEBIAN_PACKAGE_SOURCE kzstartlocal)
 set(CPACK_PACKAGE_CONTACT "kzStartLocal maintainers <maintainers@users.noreply.c-seed-d06f011f.example>")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -15,7 +15,8 @@
 
 namespace {
 
-const char* const kVersion = " 8.4.02";
+// The banner shows the version behind a blank: "(v 8.4.02)".
+const char* const kVersion = " " KZ_VERSION;
 const char* const kWatchedProcess = "kzServerconsole";
 // The process is looked for once a second; every seventh look is followed by the passes.
 constexpr int kLooksPerPass = 7;
