@@ -44,13 +44,13 @@
 #include <fstream>
 #include <functional>
 #include <map>
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "platform/platform_os.h"
+#include "tests/support/file_checks.h"
 
 namespace {
 
@@ -60,20 +60,8 @@ double now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return in ? text.str() : "<missing>";
-}
-
 void writeFile(const std::string& path, const std::string& text, bool append = false) {
     std::ofstream(path, append ? std::ios::app | std::ios::binary : std::ios::binary) << text;
-}
-
-long long modifiedAt(const std::string& path) {
-    struct stat st;
-    return ::stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
 }
 
 int shell(const std::string& command) {
