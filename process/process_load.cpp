@@ -31,7 +31,12 @@ int kzMeasureLoad(uint32_t pid, double* cpuSeconds, int* memoryMB) {
 int _kzProcessList::measureProcess(const int& index) {
     if (!measureStarted) beginMeasure(); // the first measurement after a snapshot opens the period
     _kzProcessEntry& entry = entries[index];
-    const int error = kzMeasureLoad(entry.pid, &entry.cpuSeconds, &entry.memoryMB);
+    // Through locals: the packed entry's fields may stand at any 4-byte offset.
+    double seconds = 0;
+    int megabytes = 0;
+    const int error = kzMeasureLoad(entry.pid, &seconds, &megabytes);
+    entry.cpuSeconds = seconds;
+    entry.memoryMB = megabytes;
     if (kzMayNotBeRead(error)) {
         entry.cpuSeconds = -5.0; // another user's process, or one that has just gone: no message
         return 1;

@@ -91,8 +91,11 @@ void _kzProcessSnapshot::fillOwner(int index) { entries[index].owner = _kzProces
 
 void _kzProcessSnapshot::measureProcess(int index) {
     _kzProcessSnapshotEntry& entry = entries[index];
-    const int error = kzMeasureLoad(entry.pid, &entry.cpuSeconds, &entry.memoryMB);
-    if (error) entry.cpuSeconds = kzMayNotBeRead(error) ? -5.0 : -error;
+    double seconds = 0;
+    int megabytes = 0;
+    const int error = kzMeasureLoad(entry.pid, &seconds, &megabytes);
+    entry.cpuSeconds = error ? (kzMayNotBeRead(error) ? -5.0 : -error) : seconds;
+    entry.memoryMB = megabytes;
 }
 
 namespace {

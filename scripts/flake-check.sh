@@ -12,8 +12,8 @@ runs=${1:-30}
 preset=${2:-default}
 
 scripts/install-deps.sh
-cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" >/dev/null
+source scripts/build-quietly.sh
+kz_build "$preset"
 logs="$top/build/flake-check"
 rm -rf "$logs"
 mkdir -p "$logs"

@@ -33,8 +33,9 @@ trap 'rm -rf "$work"' EXIT
 (cd "$top" && git ls-files -z --cached --others --exclude-standard | xargs -0 tar -cf - 2>/dev/null) | tar -xf - -C "$work"
 cd "$work"
 export CCACHE_DIR="$work/ccache" CCACHE_MAXSIZE=2G
-cmake --preset default -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache >/dev/null
-cmake --build --preset default --parallel "$(nproc)" >/dev/null
+kz_configure_options=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
+source scripts/build-quietly.sh
+kz_build default
 
 suite() { ctest --preset default -j 6 --stop-on-failure -E '^tool_under_valgrind$' >"$work/ctest.log" 2>&1; }
 echo "Baseline: the suite without faults"

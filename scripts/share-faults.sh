@@ -11,8 +11,8 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 scripts/install-deps.sh rsync
-cmake --preset default >/dev/null
-cmake --build --preset default --target share_faults >/dev/null
+source scripts/build-quietly.sh
+kz_build default share_faults
 faults=("$@")
 [ ${#faults[@]} -gt 0 ] || faults=(kill pause full rights unmount)
 status=0

@@ -7,11 +7,8 @@
 kz_workspace_name=$1
 shift
 scripts/install-deps.sh ${KZ_EXTRA_PACKAGES:-}
-# Quiet when all goes well; the whole output, compiler errors included, when not.
-if ! kz_build_log=$(cmake --preset default 2>&1 && cmake --build --preset default --target "$@" 2>&1); then
-  printf '%s\n' "$kz_build_log" >&2
-  exit 1
-fi
+source scripts/build-quietly.sh
+kz_build default "$@"
 bin="$PWD/build/default"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/$kz_workspace_name.XXXXXX")

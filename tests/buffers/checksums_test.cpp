@@ -38,7 +38,7 @@ TEST(Checksums, PublicCheckValuesAndTheSmallHelpers) {
 
 TEST(RandomNumbers, EachFamilyAtItsDefinedValues) {
     uint32_t seed = 0;
-    EXPECT_NEAR(kzRandomParkMiller(seed) + kzRandomParkMiller(seed), 7.826e-06f + 282475249 * 4.656613e-10f, 1e-7f);
+    EXPECT_NEAR(kzRandomParkMiller(seed) + kzRandomParkMiller(seed), 7.826e-06f + 282475249.0f * 4.656613e-10f, 1e-7f);
     EXPECT_EQ(seed, 282475249u); // 16807 squared, below the modulus
     uint64_t a = 42, b = 42, c = 42, d = 42;
     EXPECT_EQ(kzRandom32(a), static_cast<uint32_t>(kzRandom64(b) >> 32));

@@ -184,7 +184,7 @@ TEST(Passes, AThousandInARowHoldNoMoreDescriptorsOrMemory) {
     const long pages = residentPages();
     for (int n = 20; n < 1020; ++n) pass(n);
     EXPECT_EQ(openDescriptors(), descriptors);
-#ifndef __SANITIZE_ADDRESS__
+#ifndef KZ_SANITIZED
     // (Under AddressSanitizer freed memory is held back on purpose, and leaks are its own to report.)
     EXPECT_LE(residentPages(), pages + 16); // no growth beyond a few pages of noise
 #else
