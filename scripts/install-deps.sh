@@ -20,20 +20,32 @@ packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
   dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
   pkgconf # a program built against libkz-dev through pkg-config
   "$@")
+# The policy that refuses every service start while this script installs carries a marker
+# line with the installing process's id. A run killed outright (SIGKILL, which no trap sees)
+# leaves it behind, and it would refuse every later start on this machine: the next run
+# removes such a policy once its process has gone. A policy of the machine's own, without
+# the marker, is never touched.
+policy=/usr/sbin/policy-rc.d
+marker="# Left by kzStartLocal's scripts/install-deps.sh while it installs: no service starts. pid"
+sudo=""
+[ "$(id -u)" -eq 0 ] || ! command -v sudo >/dev/null || sudo="sudo"
+owner=$(grep -F -s "$marker " "$policy" | head -n 1) || true
+owner=${owner#"$marker "}
+if [[ $owner =~ ^[0-9]+$ ]] && [ ! -d "/proc/$owner" ]; then
+  echo "Removing $policy, left by a run of this script that was killed (process $owner)"
+  $sudo rm -f "$policy"
+fi
+
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
-sudo=""
-if [ "$(id -u)" -ne 0 ]; then
-  if ! command -v sudo >/dev/null; then
-    echo "Missing Debian packages: ${missing[*]}" >&2
-    echo "This user is not root and there is no sudo. As root, run: $0 ${*}" >&2
-    exit 1
-  fi
-  sudo="sudo"
+if [ "$(id -u)" -ne 0 ] && [ -z "$sudo" ]; then
+  echo "Missing Debian packages: ${missing[*]}" >&2
+  echo "This user is not root and there is no sudo. As root, run: $0 ${*}" >&2
+  exit 1
 fi
 
 # The links that make a service start at boot: systemd's in /etc/systemd/system, and the
@@ -42,10 +54,8 @@ fi
 service_links() { find /etc/systemd/system /etc/rc[2-5].d -type l 2>/dev/null | sort; }
 before=$(service_links)
 
-policy=/usr/sbin/policy-rc.d
 if [ ! -e "$policy" ]; then
-  printf '#!/bin/sh\n# Left by kzStartLocal'"'"'s scripts/install-deps.sh while it installs: no service starts.\nexit 101\n' |
-    $sudo tee "$policy" >/dev/null
+  printf '#!/bin/sh\n%s %s\nexit 101\n' "$marker" "$$" | $sudo tee "$policy" >/dev/null
   $sudo chmod 755 "$policy"
   trap '$sudo rm -f "$policy"' EXIT
 fi

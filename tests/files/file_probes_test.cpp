@@ -58,13 +58,15 @@ TEST(FileProbes, FoldersExistAndAreMadeWithTheirParents) {
     writeFile(dir.file("file"), "x");
     EXPECT_TRUE(folderCreate(narrow(dir.file("file")), true));
     EXPECT_FALSE(folderCreate(narrow(dir.file("file/sub")), true));
-    // A real permission error: an unprivileged user can't create in a folder it may only read.
-    ASSERT_EQ(::chmod(dir.path().c_str(), 0755), 0);
-    const auto createAsNobody = [&] {
-        if (setgid(65534) != 0 || setuid(65534) != 0) _exit(2);
+    // A real permission error: a user who may only read the folder can't create in it. Root
+    // may write anywhere, so there an unprivileged user tries.
+    ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
+    const auto createDenied = [&] {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(2);
         _exit(!folderCreate(narrow(dir.file("new")), true) && errno == EACCES ? 0 : 1);
     };
-    EXPECT_EXIT(createAsNobody(), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(createDenied(), ::testing::ExitedWithCode(0), "");
+    ::chmod(dir.path().c_str(), 0755);
 }
 
 } // namespace
