@@ -39,10 +39,12 @@ command -v lintian >/dev/null || { echo "lintian is not installed (apt-get insta
 (cd "$build" && cpack -G DEB -B "$tmp/out" >/dev/null) || fail "cpack failed"
 deb=$(ls "$tmp"/out/kzstartlocal_*.deb)
 dev=$(ls "$tmp"/out/libkz-dev_*.deb)
-# Debian's own checks: no error in either package (warnings would stay visible here).
+# Debian's own checks: no error in either package (warnings would stay visible here), and,
+# down to its mere hints, no program built without Debian's hardening.
 for package in "$deb" "$dev"; do
-  verdict=$(lintian --fail-on error "$package" 2>&1) || fail "lintian: $verdict"
-  grep -v '^running with root privileges' <<<"$verdict" || true
+  verdict=$(lintian --fail-on error --display-info "$package" 2>&1) || fail "lintian: $verdict"
+  ! grep ' hardening-' <<<"$verdict" || fail "lintian finds programs built without hardening"
+  grep -v -e '^running with root privileges' -e '^I: ' <<<"$verdict" || true
 done
 
 dpkg-deb -c "$deb" | awk '{ print $6 }' >"$tmp/files"
@@ -96,16 +98,22 @@ if command -v systemd-analyze >/dev/null; then
   verdict=$(cd "$tmp/units" && SYSTEMD_LOG_LEVEL=warning systemd-analyze verify --man=no ./kzStartLocal.service ./kzServer.service 2>&1) ||
     fail "systemd-analyze verify: $verdict"
   [ -z "$verdict" ] || fail "systemd-analyze verify: $verdict"
+  # Least privilege: an exposure of at most 2.0 on systemd's scale of 10 ("OK" or better).
+  exposure=$(systemd-analyze security --offline=true --threshold=20 "$tmp/units/kzStartLocal.service" 2>&1) ||
+    fail "the unit's exposure is above 2.0: $(tail -n 1 <<<"$exposure")"
+  echo "the unit: $(tail -n 1 <<<"$exposure")"
 else
   echo "systemd-analyze is not here: the unit was not verified"
 fi
 echo "package $(basename "$deb"): $(wc -l <"$tmp/files") entries, $(stat -c %s "$deb") bytes"
 
-# libkz-dev: the seven libraries where the system keeps its own, every header of the source
+# libkz-dev: the libraries of the build's subsystems where the system keeps its own, every header of the source
 # tree, the CMake package and kz.pc, and its own copyright and changelog.
 multiarch=$(gcc -print-multiarch)
 dpkg-deb -c "$dev" | awk '{ print $6 }' >"$tmp/dev_files"
-for subsystem in strings platform time buffers files process exe_cache; do
+IFS=';' read -r -a subsystems <<<"$KZ_SUBSYSTEMS" # the build's list
+[ ${#subsystems[@]} -gt 0 ] || fail "KZ_SUBSYSTEMS names no subsystem"
+for subsystem in "${subsystems[@]}"; do
   grep -qx "./usr/lib/$multiarch/libkz_$subsystem.a" "$tmp/dev_files" || fail "libkz-dev lacks libkz_$subsystem.a"
   for header in "$source/$subsystem"/*.h; do
     grep -qx "./usr/include/kz/$subsystem/$(basename "$header")" "$tmp/dev_files" || fail "libkz-dev lacks $subsystem/$(basename "$header")"
