@@ -8,7 +8,7 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 
-source scripts/workspace.sh kzStartLocal-demo kzStartLocal
+KZ_PRESET=tool source scripts/workspace.sh kzStartLocal-demo kzStartLocal
 tool="$bin/tool/kzStartLocal"
 
 local_folder="$work/local"

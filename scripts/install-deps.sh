@@ -3,6 +3,10 @@
 # and to make its Debian packages; a minimal Debian 12 gets everything it needs. Does nothing
 # when everything is there already. Extra package names may be given as arguments.
 #
+# Usage: scripts/install-deps.sh [--tool] [package...]
+#   --tool   only what building the commands takes (the compiler, CMake, Ninja): the demo
+#            needs no more
+#
 # The network-share tests start their own Samba and sshd on 127.0.0.1 and stop them again:
 # they need the programs, not the services. Debian starts a server's service when its
 # package is installed and enables it at every boot, so the installation runs under a
@@ -13,13 +17,19 @@ set -euo pipefail
 
 # The shares are mounted through FUSE (smbnetfs, sshfs). The package test verifies the
 # example systemd unit where systemd-analyze is present; it does not install systemd for it.
-packages=(cmake g++ ninja-build libgtest-dev tzdata valgrind
-  samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
-  zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
-  libsqlite3-dev # a real database engine writes the job database in the tests
-  dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
-  pkgconf # a program built against libkz-dev through pkg-config
-  "$@")
+tool_packages=(cmake g++ ninja-build)
+if [ "${1:-}" = --tool ]; then
+  shift
+  packages=("${tool_packages[@]}" "$@")
+else
+  packages=("${tool_packages[@]}" libgtest-dev tzdata valgrind
+    samba samba-common-bin smbnetfs sshfs openssh-server openssh-client fuse3
+    zlib1g-dev # the reference for CRC-32 in tests and benchmarks only
+    libsqlite3-dev # a real database engine writes the job database in the tests
+    dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
+    pkgconf # a program built against libkz-dev through pkg-config
+    "$@")
+fi
 # The policy that refuses every service start while this script installs carries a marker
 # line with the installing process's id. A run killed outright (SIGKILL, which no trap sees)
 # leaves it behind, and it would refuse every later start on this machine: the next run

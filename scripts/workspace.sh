@@ -3,13 +3,19 @@
 # and removes it, with every process started into `pids`, when the script ends.
 # Sets: work (the workspace), bin (the build folder), pids (to add started processes to).
 # Usage: source scripts/workspace.sh NAME TARGET...   (from the repository's top folder)
+# With KZ_PRESET=tool, only the commands are built, and only what that takes is installed.
 
 kz_workspace_name=$1
 shift
-scripts/install-deps.sh ${KZ_EXTRA_PACKAGES:-}
+kz_preset=${KZ_PRESET:-default}
+if [ "$kz_preset" = tool ]; then
+  scripts/install-deps.sh --tool ${KZ_EXTRA_PACKAGES:-}
+else
+  scripts/install-deps.sh ${KZ_EXTRA_PACKAGES:-}
+fi
 source scripts/build-quietly.sh
-kz_build default "$@"
-bin="$PWD/build/default"
+kz_build "$kz_preset" "$@"
+bin="$PWD/build/$kz_preset"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/$kz_workspace_name.XXXXXX")
 pids=()
