@@ -40,5 +40,8 @@ for run in first second; do
     bash -c 'cd /root/kzStartLocal && scripts/demo.sh' >"$work/$run.log" 2>&1 ||
     { echo "The demo's $run run failed:" >&2; tail -30 "$work/$run.log" >&2; exit 1; }
   seconds=$(awk -v a="$started" -v b="$(date +%s.%N)" 'BEGIN { printf "%.0f", b - a }')
-  echo "The demo's $run run on a fresh minimal Debian 12: ${seconds} s (it ends: $(tail -n 1 "$work/$run.log" | tr -s ' '))"
+  echo "The demo's $run run on a fresh minimal Debian 12: ${seconds} s"
+  grep -m 1 '^Installing: ' "$work/$run.log" || echo "  (nothing to install)"
+  grep -m 1 'newly installed' "$work/$run.log" || true
+  echo "  it ends with: $(tail -n 1 "$work/$run.log" | tr -s ' ')"
 done
