@@ -9,10 +9,10 @@ cd "$(dirname "$0")/.."
 seconds=${1:-300}
 
 scripts/install-deps.sh clang libclang-rt-dev zlib1g-dev
-cmake --preset fuzz >/dev/null
 targets=("${@:2}")
 [ ${#targets[@]} -eq 0 ] && targets=(string_fuzz path_fuzz buffers_fuzz process_fuzz)
-cmake --build --preset fuzz --target "${targets[@]}"
+source scripts/build-quietly.sh
+kz_build fuzz "${targets[@]}"
 
 for target in "${targets[@]}"; do
   corpus_name=${target%_fuzz}
