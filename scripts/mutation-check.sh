@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Measures the test suite's bite: applies each deliberate fault of scripts/mutations.txt,
-# one at a time, to a copy of this checkout, rebuilds incrementally, runs the suite, and
-# says which faults the suite caught and which survived, with a closing count.
+# Measures the test suite's bite: applies each deliberate fault of scripts/mutations.txt (or
+# of another list in its format, such as one that ../shared/tools/random-faults draws), one
+# at a time, to a copy of this checkout, rebuilds incrementally, runs the suite, and says
+# which faults the suite caught and which survived, with a closing count. A fault that does
+# not build says nothing about the suite: it is counted apart, with its first error.
 #
 # Takes one to two hours on 2 cores for some hundred faults: one full build, then for each
 # fault a rebuild of what it touches and a run of the suite (which stops at its first failing
@@ -45,7 +47,7 @@ if ! suite; then
   exit 1
 fi
 
-total=0 caught=0 survivors=() invalid=()
+total=0 caught=0 survivors=() invalid=() unbuilt=()
 # The list comes in on its own descriptor: a test that reads its standard input must not
 # eat the next fault.
 while IFS= read -r entry <&3; do
@@ -65,8 +67,8 @@ while IFS= read -r entry <&3; do
   cp "$file" "$work/original"
   A="$original" B="$faulty" perl -0pi -e 'BEGIN { ($a = $ENV{A}) =~ s/\\n/\n/g; ($b = $ENV{B}) =~ s/\\n/\n/g } s/\Q$a\E/$b/' "$file"
   if ! cmake --build --preset default --parallel "$(nproc)" >"$work/build.log" 2>&1; then
-    verdict="caught (does not build)"
-    caught=$((caught + 1))
+    verdict="DOES NOT BUILD: $(grep -m1 'error:' "$work/build.log" | sed 's/^.*error: //' || echo '?')"
+    unbuilt+=("$label")
   elif suite; then
     verdict="SURVIVED"
     survivors+=("$label")
@@ -81,6 +83,8 @@ done 3<"$list"
 
 echo
 [ "$from" -gt 1 ] && echo "(Faults 1 to $((from - 1)) were left out of this run.)"
-echo "Caught $caught of $((total - from + 1)) faults."
+built=$((total - from + 1 - ${#unbuilt[@]} - ${#invalid[@]}))
+echo "Caught $caught of the $built faults that build ($(awk -v c="$caught" -v b="$built" 'BEGIN { printf "%.1f", b ? 100 * c / b : 0 }') %)."
 [ ${#survivors[@]} -eq 0 ] || { echo "Survived:"; printf '  %s\n' "${survivors[@]}"; }
+[ ${#unbuilt[@]} -eq 0 ] || { echo "Did not build (not counted):"; printf '  %s\n' "${unbuilt[@]}"; }
 [ ${#invalid[@]} -eq 0 ] || { echo "Not applied (the list no longer matches the code):"; printf '  %s\n' "${invalid[@]}"; }
