@@ -1,5 +1,6 @@
-// Checksums against public check values (fuzz/buffers_fuzz.cpp compares CRC-32 with zlib's on
-// arbitrary runs), and the random number families at the values their definitions give.
+// Checksums at public check values (fuzz/buffers_fuzz.cpp compares CRC-32 with zlib's on
+// arbitrary runs), and the random number families at values computed independently from
+// their definitions (Python's integers, the same seeds).
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,50 +11,62 @@
 
 namespace {
 
-const uint8_t* bytes(const std::string& text) { return reinterpret_cast<const uint8_t*>(text.data()); }
+const uint8_t* bytes(const char* text) { return reinterpret_cast<const uint8_t*>(text); }
+
+struct Row {
+    const char* what;
+    uint64_t got, expected;
+};
 
 TEST(Checksums, PublicCheckValuesAndTheSmallHelpers) {
-    const std::string check = "123456789";
-    EXPECT_EQ(kzCrc32(bytes(check), 9), 0xCBF43926u);
-    EXPECT_EQ(kzCrc32(bytes(check), 0), 0u);
-    EXPECT_EQ(kzCrc16(bytes(check), 9), 0x31C3);
-    EXPECT_EQ(kzCrc16Fold(bytes(check), 9), 0x31 ^ 0xC3);
-    EXPECT_EQ(kzCrc64(bytes(check), 9), 0xE9C6D914C4B8D9CAull);
-    EXPECT_EQ(kzBitReverse(0b1101, 4), 0b1011u);
-    EXPECT_EQ(kzBitReverse(1, 64) + kzBitReverse(0xFF, 0), 0x8000000000000000ull);
     const uint8_t run[] = {1, 2, 4, 8};
-    EXPECT_EQ(kzXorChecksum(run, 2, true), 1 ^ 4);
-    EXPECT_EQ(kzXorChecksum(run, 4, false), 15);
-    EXPECT_EQ(kzHashText(_kzString<10>()), 0xC141B36A5F42296Dull);
-    uint64_t state = 0;
-    EXPECT_EQ(kzRandom64(state), kzHashText(_kzString<10>())); // the same round on the default state
-    const _kzString<10> text("ab");
-    const uint8_t stored[] = {'a', 0, 'b', 0};
-    uint64_t x = kzCrc64(stored, 4);
-    x ^= x >> 12;
-    x ^= x << 25;
-    x ^= x >> 27;
-    EXPECT_EQ(kzHashText(text), x * 0x2545F4914F6CDD1Dull);
+    const Row rows[] = {{"CRC-32", kzCrc32(bytes("123456789"), 9), 0xCBF43926},
+                        {"CRC-32 of nothing", kzCrc32(bytes(""), 0), 0},
+                        {"CRC-16", kzCrc16(bytes("123456789"), 9), 0x31C3},
+                        {"CRC-16 folded", kzCrc16Fold(bytes("123456789"), 9), 0x31 ^ 0xC3},
+                        {"CRC-64", kzCrc64(bytes("123456789"), 9), 0xE9C6D914C4B8D9CA},
+                        {"4 bits reversed", kzBitReverse(0b1101, 4), 0b1011},
+                        {"64 bits reversed", kzBitReverse(1, 64), 0x8000000000000000},
+                        {"no bits", kzBitReverse(0xFF, 0), 0},
+                        {"XOR of every second byte", static_cast<uint64_t>(kzXorChecksum(run, 2, true)), 1 ^ 4},
+                        {"XOR of a run", static_cast<uint64_t>(kzXorChecksum(run, 4, false)), 15},
+                        {"hash of the empty text", kzHashText(_kzString<10>()), 0xC141B36A5F42296D},
+                        {"hash of \"ab\"", kzHashText(_kzString<10>("ab")), 0x31F50AF77A529F13}};
+    for (const Row& r : rows) EXPECT_EQ(r.got, r.expected) << r.what;
 }
 
 TEST(RandomNumbers, EachFamilyAtItsDefinedValues) {
-    uint32_t seed = 0;
-    EXPECT_NEAR(kzRandomParkMiller(seed) + kzRandomParkMiller(seed), 7.826e-06f + 282475249.0f * 4.656613e-10f, 1e-7f);
-    EXPECT_EQ(seed, 282475249u); // 16807 squared, below the modulus
-    uint64_t a = 42, b = 42, c = 42, d = 42;
-    EXPECT_EQ(kzRandom32(a), static_cast<uint32_t>(kzRandom64(b) >> 32));
-    EXPECT_FLOAT_EQ(kzRandomFloat(c), static_cast<float>(static_cast<double>(kzRandom64(d)) * 5.421010862427522e-20));
-    uint64_t five = 0xFFFFFFFFFFFFFFE0ull, four = 0xFFFFFFFFFFFFFFF0ull; // zero bits: five stay, four are mixed
-    kzBbsCheckSeed(five);
-    kzBbsCheckSeed(four);
-    EXPECT_EQ(five ^ four, 0x10ull ^ 0xAA55AA55AA55AA55ull);
-    uint64_t low = 12345, stepped = 12345 ^ 0xAA55AA55AA55AA55ull; // the seed has too many zero bits
-    const uint64_t bits = kzBbsLowBits64(low);
-    for (int i = 63; i >= 0; --i) EXPECT_EQ((bits >> i) & 1, static_cast<uint64_t>(kzBbsStepLowBit(stepped, 0xF2FED3C5)));
-    EXPECT_EQ(low, stepped);
-    EXPECT_EQ(textOf(kzRandomText9(0, 1)), textOf(kzRandomText9(1, 1))); // a state of 0 counts as 1
-    EXPECT_EQ(textOf(kzRandomText9(0, 2)), "804913594"); // computed independently
-    EXPECT_EQ(kzRandomText20(7, 1).length + kzRandomText20(7, 3).length, 20); // kind 3 is empty
+    uint32_t seed = 0; // counts as 1
+    EXPECT_FLOAT_EQ(kzRandomParkMiller(seed), 7.826369e-06f);
+    EXPECT_FLOAT_EQ(kzRandomParkMiller(seed), 0.13153779f);
+    uint64_t state64 = 42, state32 = 42, stateFloat = 42, stateDouble = 42, unset = 0;
+    uint64_t five = 0xFFFFFFFFFFFFFFE0, four = 0xFFFFFFFFFFFFFFF0, many = 0x1FF, tooMany = 0xFF;
+    for (uint64_t* state : {&five, &four, &many, &tooMany}) kzBbsCheckSeed(*state);
+    uint64_t low = 12345, parity = 12345;
+    const Row rows[] = {{"xorshift64*", kzRandom64(state64), 0x56CE4AB7719BA3A0},
+                        {"its next value", kzRandom64(state64), 0xC841EB53EBBB2DDA},
+                        {"a state of 0", kzRandom64(unset), 0xC141B36A5F42296D},
+                        {"32 bits", kzRandom32(state32), 0x56CE4AB7},
+                        {"5 zero bits stay", five, 0xFFFFFFFFFFFFFFE0},
+                        {"4 zero bits are mixed", four, 0x55AA55AA55AA55A5},
+                        {"55 zero bits stay", many, 0x1FF},
+                        {"56 zero bits are mixed", tooMany, 0xAA55AA55AA55AAAA},
+                        {"64 low bits", kzBbsLowBits64(low), 0x34C3481A20D0C39B},
+                        {"the state they leave", low, 0xB0BC5B3D},
+                        {"64 parities", kzBbsParity64(parity), 0x2738809C2769C7D5}};
+    for (const Row& r : rows) EXPECT_EQ(r.got, r.expected) << r.what;
+    EXPECT_FLOAT_EQ(kzRandomFloat(stateFloat), 0.33908528f);
+    EXPECT_DOUBLE_EQ(kzRandomDouble(stateDouble), 0.339085264001922);
+    struct Text {
+        uint32_t seed;
+        int kind;
+        std::string expected;
+    };
+    const Text texts[] = {{5, 1, "ntkEsZsty"}, {5, 2, "665774105"}, {0, 2, "804913594"}, {1, 2, "804913594"},
+                          {5, 3, ""},          {5, -1, ""}};
+    for (const Text& t : texts) EXPECT_EQ(textOf(kzRandomText9(t.seed, t.kind)), t.expected) << t.seed << "/" << t.kind;
+    EXPECT_EQ(textOf(kzRandomText9(5, 0)), "C\xB5@\xD4\x8C\xE9" "8\xF9R"); // raw low bytes
+    EXPECT_EQ(textOf(kzRandomText20(5, 1)), "ntkEsZsty!x2_OjlGVto");
 }
 
 } // namespace

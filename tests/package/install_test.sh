@@ -42,7 +42,7 @@ dev=$(ls "$tmp"/out/libkz-dev_*.deb)
 # Debian's own checks: no error in either package (warnings would stay visible here), and,
 # down to its mere hints, no program built without Debian's hardening.
 for package in "$deb" "$dev"; do
-  verdict=$(lintian --fail-on error --display-info "$package" 2>&1) || fail "lintian: $verdict"
+  verdict=$(TMPDIR="$tmp" lintian --fail-on error --display-info "$package" 2>&1) || fail "lintian: $verdict" # its scratch files go with $tmp
   ! grep ' hardening-' <<<"$verdict" || fail "lintian finds programs built without hardening"
   grep -v -e '^running with root privileges' -e '^I: ' <<<"$verdict" || true
 done
