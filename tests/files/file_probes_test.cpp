@@ -24,20 +24,24 @@ TEST(FileProbes, InfoDeleteSetTimeAndMove) {
     EXPECT_EQ(time.value, 1500000000);
     EXPECT_EQ(size, 5);
     EXPECT_FALSE(fileInfo(wide(dir.path()), &time, &size)); // a folder reads as a missing file
-    EXPECT_EQ(time.value + size, 0);
+    EXPECT_EQ(time.value, 0);
+    EXPECT_EQ(size, 0);
     EXPECT_FALSE(fileExists(wide(dir.file("none"))));
 
-    EXPECT_TRUE(fileDelete(narrow(dir.file("missing"))) && !fileDelete(narrow(dir.path()))); // unlink refuses a folder
+    EXPECT_TRUE(fileDelete(narrow(dir.file("missing"))));
+    EXPECT_FALSE(fileDelete(narrow(dir.path()))); // unlink refuses a folder
     const _kzTime when(int64_t(1400000000), true);
     ASSERT_TRUE(fileSetTime(narrow(dir.file("a.txt")), &when));
-    EXPECT_EQ(statOf(dir.file("a.txt")).st_atime + statOf(dir.file("a.txt")).st_mtime, 2800000000);
+    EXPECT_EQ(statOf(dir.file("a.txt")).st_atime, 1400000000);
+    EXPECT_EQ(statOf(dir.file("a.txt")).st_mtime, 1400000000);
     EXPECT_FALSE(fileSetTime(narrow(dir.file("none")), nullptr));
 
     writeFile(dir.file("dst"), "old");
     EXPECT_TRUE(fileMove(narrow(dir.file("a.txt")), narrow(dir.file("dst")), false)); // nothing moved
     EXPECT_EQ(readFile(dir.file("dst")), "old");
     EXPECT_TRUE(fileMove(narrow(dir.file("a.txt")), narrow(dir.file("dst")), true));
-    EXPECT_EQ(readFile(dir.file("a.txt")) + readFile(dir.file("dst")), "<missing>12345");
+    EXPECT_EQ(readFile(dir.file("a.txt")), "<missing>");
+    EXPECT_EQ(readFile(dir.file("dst")), "12345");
     EXPECT_TRUE(fileDelete(narrow(dir.file("dst"))));
     EXPECT_EQ(readFile(dir.file("dst")), "<missing>");
 }

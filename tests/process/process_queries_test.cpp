@@ -50,10 +50,13 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
     uint64_t pid = 0;
     Name name("kzqueries"), root("Root"), nobody("4242");
     ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid)); // counts by name alone: fuzz/process_fuzz.cpp
-    EXPECT_EQ(std::to_string(pid) + root.asChar(), std::to_string(first) + "ROOT");
-    EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid) && pid == static_cast<uint64_t>(second));
+    EXPECT_EQ(pid, static_cast<uint64_t>(first));
+    EXPECT_STREQ(root.asChar(), "ROOT"); // the owner is upper-cased in place
+    EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(second));
     EXPECT_FALSE(table->isRunningTwiceByOwner(name, nobody, &pid)); // a uid without an account is its number
-    EXPECT_TRUE(table->findByNameAndOwner(name, nobody, false, &pid) && pid == static_cast<uint64_t>(noAccount));
+    EXPECT_TRUE(table->findByNameAndOwner(name, nobody, false, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(noAccount));
     table->fillOwners(false);
     EXPECT_STREQ(table->entries[table->indexOfPid(noAccount, false)].owner.asChar(), "4242");
     // Each signal reaches every process of its name and no other.
@@ -96,10 +99,15 @@ TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
     // Resident memory, to the nearest MiB, as the kernel's status gives it in KiB (its address space is 1 MiB more).
     const std::string status = readFile("/proc/" + std::to_string(big) + "/status");
     EXPECT_NEAR(after->entries[after->indexOfPid(big, false)].memoryMB, std::stol(status.substr(status.find("VmRSS:") + 6)) / 1024.0, 0.5);
-    EXPECT_EQ(kzMemoryMB(523775) * 100 + kzMemoryMB(523776) * 10 + kzMemoryMB(1572864), 12);
+    // Rounded to the kilobyte, then to the megabyte: 523776 bytes make 512 KiB, half a MiB,
+    // and 1572352 bytes 1536 KiB.
+    const uint64_t megabytes[][2] = {{523775, 0}, {523776, 1}, {1572351, 1}, {1572352, 2}};
+    for (const auto& [bytes, mb] : megabytes) EXPECT_EQ(kzMemoryMB(bytes), static_cast<int>(mb)) << bytes << " bytes";
     after->measureInterval = 0; // no interval: false, and 0
-    EXPECT_FALSE(after->cpuPercent(unset, 1, *before, 0) || unset != 0.0f);
-    EXPECT_EQ(after->measureProcessChecked(0) * 10 + after->measureProcessChecked(after->count), 10);
+    EXPECT_FALSE(after->cpuPercent(unset, 1, *before, 0));
+    EXPECT_EQ(unset, 0.0f);
+    EXPECT_EQ(after->measureProcessChecked(0), 1);           // the first entry is never measured
+    EXPECT_EQ(after->measureProcessChecked(after->count), 0); // behind the last: no entry
 }
 
 TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
@@ -109,15 +117,19 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     p.start("kzServerconsole");
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     auto snapshot = std::make_unique<_kzProcessSnapshot>();
-    EXPECT_TRUE(snapshot->update() && snapshot->update() && !snapshot->isRunningTwice(Name("kzServerconsole"), &pid)); // replaced, not added
+    EXPECT_TRUE(snapshot->update());
+    EXPECT_TRUE(snapshot->update());
+    EXPECT_FALSE(snapshot->isRunningTwice(Name("kzServerconsole"), &pid)); // the second collection replaced the first
     p.start("kzServerconsole");
-    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid) && pid == 0);
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
+    EXPECT_EQ(pid, 0u);
     EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true)); // exactly two
     p.children.pop_back();
     const pid_t server = p.start("kzServer");
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, true, &pid));
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, false, &pid));
-    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid) && pid == static_cast<uint64_t>(server));
+    EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(server));
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("root"), false, true, nullptr));
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunningByOwner(Name("kzServer"), Name("4242"), false, true, nullptr));
     p.start("kzServer");
@@ -133,7 +145,8 @@ TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     for (int i = 1; i <= 2; ++i) table.at(i)->pid = 7 + i; // 8 and 9
     table.removeAt(1);
     table.removeAt(2); // behind the records in use: nothing
-    EXPECT_EQ(table.count * 10 + static_cast<int>(table.at(1)->pid), 29);
+    EXPECT_EQ(table.count, 2);
+    EXPECT_EQ(table.at(1)->pid, 9u);
 }
 
 } // namespace

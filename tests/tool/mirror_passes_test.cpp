@@ -66,7 +66,8 @@ TEST(JobDbPass, NamesWithJobsDbInAnyCaseGoUnchangedToTheJobFolder) {
     Passes passes;
     passes.jobs(f); // the job folder is made with its parents
     for (const char* name : names) EXPECT_EQ(readFile(f.jobs + name), std::string("content of ") + name) << name;
-    EXPECT_FALSE(readFile(f.jobs + "jobs.txt") != "<missing>" || isFolderAt(f.jobs + "jobs.db.d"));
+    EXPECT_EQ(readFile(f.jobs + "jobs.txt"), "<missing>");
+    EXPECT_FALSE(isFolderAt(f.jobs + "jobs.db.d"));
 }
 
 // Sets a file's modification time to the nanosecond.
