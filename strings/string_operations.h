@@ -184,11 +184,9 @@
     }                                                                                                        \
     T& replace(const T& from, const T& to) { return replacePattern(from, to, true); }                        \
     T& replaceCaseSen(const T& from, const T& to) { return replacePattern(from, to, false); }                \
-    /* Takes one `c` off the end if the text ends in it; true if it did.                  */                 \
-    bool dropEnd(const char& c) {                                                                            \
-        if (!endsWith(c)) return false;                                                                      \
-        setLength(short(length - 1));                                                                        \
-        return true;                                                                                         \
+    /* Takes one `c` off the end if the text ends in it.                                  */                 \
+    void dropEnd(const char& c) {                                                                            \
+        if (endsWith(c)) setLength(short(length - 1));                                                       \
     }                                                                                                        \
     /* Appends `c` unless the text ends in it already or is full.                         */                 \
     T& endWith(const char& c) {                                                                              \

@@ -92,6 +92,10 @@ TEST(FileCopy, ExistingDestinationsFoldersMissingSourcesAndModes) {
     EXPECT_FALSE(copy(dir.file("src"), dir.file("folder")));
     EXPECT_EQ(errno, EISDIR);
     EXPECT_FALSE(copy(dir.file("folder"), dir.file("x")));
+    // A socket at the destination is no folder: it is replaced.
+    makeSocket(dir.file("socket"));
+    EXPECT_TRUE(copy(dir.file("src"), dir.file("socket")));
+    EXPECT_EQ(readFile(dir.file("socket")), "data");
     // The destination's mode is the source's with read and write for owner and group.
     const mode_t mask = ::umask(0);
     ::chmod(dir.file("src").c_str(), 0700);

@@ -27,6 +27,9 @@ TEST(FileProbes, InfoDeleteSetTimeAndMove) {
     EXPECT_EQ(time.value, 0);
     EXPECT_EQ(size, 0);
     EXPECT_FALSE(fileExists(wide(dir.file("none"))));
+    makeSocket(dir.file("socket")); // its mode carries the folder bit, which makes a folder here
+    EXPECT_FALSE(fileExists(wide(dir.file("socket"))));
+    EXPECT_TRUE(folderExists(dir.file("socket").c_str()));
 
     EXPECT_TRUE(fileDelete(narrow(dir.file("missing"))));
     EXPECT_FALSE(fileDelete(narrow(dir.path()))); // unlink refuses a folder

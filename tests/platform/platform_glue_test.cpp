@@ -1,7 +1,10 @@
 // The platform glue: where this program lies, the environment, the buffer size rule, kind
 // names, system error texts and sleeping.
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/time.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,6 +18,7 @@
 #include "platform/executable_folder.h"
 #include "platform/owners.h"
 #include "platform/platform_os.h"
+#include "platform/retry_io.h"
 #include "platform/sleep.h"
 #include "platform/system_error_text.h"
 #include "tests/support/temp_dir.h"
@@ -68,6 +72,31 @@ TEST(PlatformGlue, EnvironmentBufferSizesKindNamesAndErrorTexts) {
     EXPECT_FALSE(kzCloseKeepsFileTime_OS(proc));
     ::close(proc);
     EXPECT_FALSE(kzCloseKeepsFileTime_OS(proc));
+}
+
+// A read waits in the kernel while signals, whose handler asks for no restart, keep coming
+// every 20 ms; the data comes from a child after 300 ms.
+TEST(PlatformGlue, AReadThatASignalInterruptsGoesOn) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    struct sigaction interrupting {}, before{};
+    interrupting.sa_handler = [](int) {};
+    ::sigaction(SIGALRM, &interrupting, &before);
+    const itimerval every20ms{{0, 20000}, {0, 20000}}, off{};
+    ::setitimer(ITIMER_REAL, &every20ms, nullptr);
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        ::usleep(300000);
+        _exit(::write(ends[1], "x", 1) == 1 ? 0 : 1);
+    }
+    char c = 0;
+    EXPECT_EQ(kzReadRetrying(ends[0], &c, 1), 1);
+    ::setitimer(ITIMER_REAL, &off, nullptr);
+    ::sigaction(SIGALRM, &before, nullptr);
+    ::waitpid(writer, nullptr, 0);
+    EXPECT_EQ(c, 'x');
+    ::close(ends[0]);
+    ::close(ends[1]);
 }
 
 TEST(PlatformGlue, SleepsNothingForZeroOrLessAndTheWholeSpanInSlices) {

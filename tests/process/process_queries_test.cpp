@@ -1,6 +1,8 @@
 // Queries, signals and load of real processes (in a PID namespace of the test's own), the
 // instance tests of the dynamic list, the load table and the sorts.
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -135,6 +137,29 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     p.start("kzServer");
     EXPECT_TRUE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true));
     EXPECT_EQ(Name("abcdefghijklmnopqrst").combined("console").length, 25);
+}
+
+// A zombie has no memory left: the dynamic list says 0, the table 1, since 0 stands there
+// only for a process that was not measured. A process that has gone since the snapshot is
+// marked -5 in the dynamic list, as one that may not be read.
+TEST(ProcessQueries, AZombieAndAProcessThatHasGone) {
+    KZ_NEEDS_OWN_PROCESSES();
+    Processes p;
+    const pid_t zombie = p.start("kzZombie"), gone = p.start("kzGone");
+    ::kill(zombie, SIGKILL);
+    siginfo_t ended;
+    ::waitid(P_PID, static_cast<id_t>(zombie), &ended, WEXITED | WNOWAIT); // ended, not reaped
+    auto table = std::make_unique<_kzProcessList>(false);
+    auto snapshot = std::make_unique<_kzProcessSnapshot>();
+    ASSERT_TRUE(table->updateFull());
+    snapshot->update();
+    table->measureProcess(table->indexOfPid(zombie, false));
+    snapshot->measureProcess(snapshot->indexOfPid(zombie, false));
+    EXPECT_EQ(table->entries[table->indexOfPid(zombie, false)].memoryMB, 1);
+    EXPECT_EQ(snapshot->entries[snapshot->indexOfPid(zombie, false)].memoryMB, 0);
+    p.children.back().kill(); // the process named kzGone ends and is reaped
+    snapshot->measureProcess(snapshot->indexOfPid(gone, false));
+    EXPECT_EQ(snapshot->entries[snapshot->indexOfPid(gone, false)].cpuSeconds, -5.0);
 }
 
 // The load table's rounds and isBehind: fuzz/process_fuzz.cpp, against a model.

@@ -2,8 +2,13 @@
 // this process holds open.
 #pragma once
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 #include <utime.h>
+
+#include <cstring>
 
 #include <filesystem>
 #include <fstream>
@@ -31,6 +36,17 @@ inline void setModified(const std::string& path, long long when) {
 }
 
 inline bool isFolderAt(const std::string& path) { return S_ISDIR(statOf(path).st_mode); }
+
+// A socket file at the path (a socket bound there and closed): no folder, though its mode
+// carries the folder bit 0x4000.
+inline void makeSocket(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    ::close(fd);
+}
 
 // The number of entries in /proc/self/fd.
 inline int openDescriptors() {
