@@ -84,9 +84,19 @@ TEST(ChildProcess, TheBufferIsCutAndTakenOnce) {
     _kzString8_allSize<50> from("ab"), to("c"), one("a"), three("xyz");
     flood.child.addReplacement(from, to);
     flood.child.addReplacement(one, three);
-    EXPECT_EQ(std::string(to.data) + "|" + three.data, " c|z");
+    EXPECT_STREQ(to.data, " c");  // brought to the length of "ab" by a blank in front
+    EXPECT_STREQ(three.data, "z"); // and to that of "a" by dropping its first characters
     for (int i = 0; i < 30; ++i) flood.child.addReplacement(from, to);
     EXPECT_EQ(flood.child.replacementCount, 29); // twelve of its own, seventeen more
+}
+
+// Near the buffer's end the marks come only where the text fits behind them.
+TEST(ChildProcess, MarksNearTheEndOfTheBuffer) {
+    _kzChildProcess child;
+    char text[] = "ab";
+    child.outputLength = _kzChildProcess::kOutputSize - 11; // room for "|ab", not for the error mark too
+    child.appendText(text, 2, true, true);
+    EXPECT_EQ(std::string(child.output + _kzChildProcess::kOutputSize - 11, 3), "|ab");
 }
 
 TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {

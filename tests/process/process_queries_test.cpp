@@ -119,7 +119,9 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     p.start("kzServerconsole");
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     auto snapshot = std::make_unique<_kzProcessSnapshot>();
+    snapshot->measureStarted = 1;
     EXPECT_TRUE(snapshot->update());
+    EXPECT_EQ(snapshot->measureStarted, 0); // a new collection opens no measurement yet
     EXPECT_TRUE(snapshot->update());
     EXPECT_FALSE(snapshot->isRunningTwice(Name("kzServerconsole"), &pid)); // the second collection replaced the first
     p.start("kzServerconsole");
@@ -169,6 +171,7 @@ TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     table.count = 3;
     for (int i = 1; i <= 2; ++i) table.at(i)->pid = 7 + i; // 8 and 9
     table.removeAt(1);
+    EXPECT_EQ(_kzProcessList::recordSize(), static_cast<int>(sizeof(_kzProcessList))); // the whole record
     table.removeAt(2); // behind the records in use: nothing
     EXPECT_EQ(table.count, 2);
     EXPECT_EQ(table.at(1)->pid, 9u);

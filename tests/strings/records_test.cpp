@@ -9,6 +9,7 @@
 
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
+#include "strings/kz_string8_old.h"
 #include "tests/support/text_of.h"
 
 namespace {
@@ -71,6 +72,25 @@ TEST(Records, CaseRulesAreAsciiOnly) {
     s.replace('a', '-');
     EXPECT_EQ(textOf(s), "--bB-"); // both cases found, the replacement taken as given
     EXPECT_FALSE(_kzString<10>("\xE4").isEqual("\xE4", 1)); // a sign-extended byte meets no character
+}
+
+// The older layouts keep `length` behind the text, on the first even offset at or behind
+// its end; clearing an even-size record leaves its filler byte.
+TEST(Records, WhereTheOlderLayoutsKeepTheirLength) {
+    _kzString8_evenSize_old<6> even6;
+    _kzString8_evenSize_old<7> even7;
+    _kzString8_UnevenSize_old<7> uneven7;
+    _kzString8_UnevenSize_old<8> uneven8;
+    const auto offset = [](const auto& r) { return reinterpret_cast<const char*>(&r.length) - reinterpret_cast<const char*>(&r); };
+    EXPECT_EQ(offset(even6), 8);
+    EXPECT_EQ(offset(even7), 10);
+    EXPECT_EQ(offset(uneven7), 8);
+    EXPECT_EQ(offset(uneven8), 10);
+    even6.data[7] = 'f'; // the filler
+    even6 = _kzString8_evenSize_old<6>("abc");
+    even6.clear();
+    EXPECT_EQ(even6.data[7], 'f');
+    EXPECT_EQ(even6.data[0], 0);
 }
 
 TEST(Records, NumbersPadBeforeTheSignAndStopAtTheCapacity) {

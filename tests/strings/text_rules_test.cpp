@@ -20,6 +20,7 @@ using S16 = _kzString<50>;
 TEST(TextRules, LowBytesOneCharacterAndNullPointers) {
     EXPECT_EQ(S8("abcabc").indexOf(static_cast<unsigned short>(0x163), 0), 2); // low byte, exactly
     EXPECT_EQ(S8("a/b/c").lastIndexOf(static_cast<unsigned short>(0x12F), -1), 3);
+    EXPECT_EQ(S8("abc").lastIndexOf('\0', -1), -1); // from the last character, not the terminator
     EXPECT_FALSE(S8("FILE.TXT").endsWith('t')); // one character compares exactly
     EXPECT_FALSE(_kzString8_allSize<6>("abcdef").startsWith("abcdefg"));
     const char* none = nullptr;

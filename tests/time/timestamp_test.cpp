@@ -89,6 +89,7 @@ TEST(Timestamp, CalendarFieldsAndEveryTextIncludingUnsetAndInvalidValues) {
         {"dateText", textOf(summer.dateText()), "15.Jul.21"},
         {"dateText of 0", textOf(unset.dateText()), "-.-"},
         {"dateText below 0", textOf(invalid.dateText()), "-.-"},
+        {"dateText of 1: the year less 100", textOf(_kzTime(int64_t(1), true).dateText()), "01.Jan.-30"},
         {"winter dateTimeText", textOf(_kzTime(kWinter, true).dateTimeText()), "01.15. 13:00.00"},
         {"32-bit dateTimeText", textOf(summer32.dateTimeText()), "07.15. 12:34.56"},
         {"32-bit dateTimeText of 0", textOf(unset32.dateTimeText()), "-.-"},
@@ -165,6 +166,7 @@ TEST(TimeMS, SpansAndTheirTexts) {
         EXPECT_STREQ(_kzTimeMS::spanText(c.ms).asChar(), c.text) << c.ms;
     EXPECT_EQ(_kzTimeMS::span(0, (int64_t(1) << 31) + 5), 5);
     EXPECT_EQ(_kzTimeMS::span(1000, 999), 2147483647); // the clock went back
+    EXPECT_NEAR(static_cast<double>(_kzTimeMS::now()), ::time(nullptr) * 1000.0, 2000.0); // milliseconds of the clock
 }
 
 } // namespace
