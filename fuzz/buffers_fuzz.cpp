@@ -75,7 +75,8 @@ void operations(Input& in) {
         const int count = static_cast<int>(bytes.size());
         switch (in.small(4)) {
         case 0:
-            if (!b.append(bytes.data(), count) || b.capacity < b.header.size) fail("append");
+            if (!b.append(bytes.data(), count)) fail("append");
+            if (b.capacity < b.header.size) fail("capacity after an append");
             model += bytes;
             break;
         case 1: {
@@ -142,7 +143,8 @@ void pathList(Input& in) {
             break;
         }
         case 1:
-            if (list.find(entry, exact) != found || list.findContaining(entry, exact) != containing) fail("find");
+            if (list.find(entry, exact) != found) fail("find");
+            if (list.findContaining(entry, exact) != containing) fail("findContaining");
             break;
         case 2: {
             const int at = in.small(8) - 1;
@@ -167,7 +169,8 @@ void pathList(Input& in) {
         default: {
             _kzFileList copy;
             copy.assign(list);
-            if (copy.count != list.count || (copy.count && copy.data == list.data)) fail("assign");
+            if (copy.count != list.count) fail("assign: count");
+            if (copy.count && copy.data == list.data) fail("assign: shared entries");
             break;
         }
         }
@@ -208,13 +211,15 @@ void groups(Input& in) {
     char out[5];
     unsigned int back = ~value;
     const int written = encodeGroup85(value, out);
-    if (decodeGroup85(out, back, written) != written || back != value) fail("radix-85 round trip");
+    if (decodeGroup85(out, back, written) != written) fail("radix-85 round trip: length");
+    if (back != value) fail("radix-85 round trip: value");
     char arbitrary[5];
     for (char& c : arbitrary) c = static_cast<char>(in.byte());
     const int available = in.small(6);
     back = 7;
     const int used = decodeGroup85(arbitrary, back, available);
-    if (used > available || (used == 0 && back != 7)) fail("decodeGroup85 on arbitrary bytes");
+    if (used > available) fail("decodeGroup85 read beyond its input");
+    if (used == 0 && back != 7) fail("decodeGroup85 changed the value of nothing decoded");
 }
 
 void crc(Input& in) {

@@ -56,8 +56,10 @@ void table(Input& in) {
     list->storeRawProcesses(raw.data(), n);
     const auto same = [&] {
         if (list->count != static_cast<int>(model.size())) fail("the stored count");
-        for (size_t i = 0; i < model.size(); ++i)
-            if (list->entries[i].pid != model[i].pid || list->entries[i].name.asChar() != model[i].name) fail("a stored entry");
+        for (size_t i = 0; i < model.size(); ++i) {
+            if (list->entries[i].pid != model[i].pid) fail("a stored entry's pid");
+            if (list->entries[i].name.asChar() != model[i].name) fail("a stored entry's name");
+        }
     };
     same();
     for (int step = 0; in.more() && step < 12; ++step) {
@@ -78,7 +80,8 @@ void table(Input& in) {
                 fail("findByName");
             break;
         case 1: // how many, and the last of them
-            if (list->countByName(name, &pid) != count || pid != last) fail("countByName");
+            if (list->countByName(name, &pid) != count) fail("countByName");
+            if (pid != last) fail("countByName's pid");
             if (list->isRunningTwice(_kzString8_allSize<25>(asked.c_str()), &pid) != (count > 1)) fail("isRunningTwice");
             break;
         case 2: {
@@ -100,7 +103,8 @@ void table(Input& in) {
             // Entries of one pid may stand in any order after a sort by pid: compare what is ordered.
             for (size_t i = 0; i < model.size(); ++i) {
                 const _kzProcessEntry& e = list->entries[i];
-                if (e.pid != model[i].pid || (byName && e.name.asChar() != model[i].name)) fail("sort");
+                if (e.pid != model[i].pid) fail("sort: pid");
+                if (byName && e.name.asChar() != model[i].name) fail("sort: name");
                 model[i] = {e.pid, e.name.asChar()};
             }
             same();
@@ -145,7 +149,8 @@ void loadTable(Input& in) {
             percent = static_cast<float>((static_cast<float>(list->entries[0].cpuSeconds - seconds) * 100.0f) / interval);
         percent = std::min(std::max(percent, 0.0f), 102400.0f);
         seconds = list->entries[0].cpuSeconds;
-        if (table.at(0)->cpuPercent != percent || table.at(0)->cpuSeconds != seconds) fail("updateCpu");
+        if (table.at(0)->cpuPercent != percent) fail("updateCpu: percent");
+        if (table.at(0)->cpuSeconds != seconds) fail("updateCpu: seconds");
     }
 }
 

@@ -15,8 +15,12 @@ source scripts/build-quietly.sh
 kz_build fuzz "${targets[@]}"
 
 for target in "${targets[@]}"; do
-  corpus_name=${target%_fuzz}
-  [[ $corpus_name == *s ]] || corpus_name+=s
+  case $target in
+  string_fuzz) corpus_name=strings ;;
+  path_fuzz) corpus_name=paths ;;
+  buffers_fuzz) corpus_name=buffers ;;
+  process_fuzz) corpus_name=processes ;;
+  esac
   corpus=build/fuzz/corpus/$corpus_name
   mkdir -p "$corpus"
   cp -n fuzz/corpus/"$corpus_name"/* "$corpus"/
