@@ -24,6 +24,10 @@
 #include "tests/support/text_of.h"
 #include "tool/log_pass.h"
 
+const char* const kzFuzzRules[] = {"a log name of __local.txt", "a \"../\" resolved", "a relative argv[0]",
+                                   "a tail that looks like zero fill", "a name the scan filter takes"};
+const int kzFuzzRuleCount = 5;
+
 namespace {
 
 using Input = FuzzInput;
@@ -64,6 +68,7 @@ std::string replaceAll(std::string s, const std::string& from, const std::string
 std::string modelLogDestination(const std::string& root, const std::string& name) {
     const std::string path = (root + "sub/log/" + name).substr(0, 500);
     const bool local = path.size() >= 11 && upper(path.substr(path.size() - 11)) == upper("__local.txt");
+    if (local) reach(0);
     return replaceAll(path, local ? "__local.txt" : ".txt", "__copyFromLocal.txt", 500);
 }
 
@@ -97,6 +102,7 @@ std::string modelNormalize(std::string p) {
     if (network) p = ("/" + p).substr(0, 500);
     const size_t at = p.find("../");
     if (at == std::string::npos) return p;
+    reach(1);
     std::string head = p.substr(0, at);
     const auto bareRoot = [&] {
         std::string copy = head;
@@ -156,6 +162,7 @@ std::string modelExecutableFolder(const std::string& argv0) {
     std::string f = argv0.substr(0, 250);
     if (f.size() < 4) return "";
     if (f[0] != '/' && f[1] != ':' && f.find('/') != std::string::npos) {
+        reach(2);
         char cwd[250];
         std::string base = ::getcwd(cwd, sizeof cwd) ? cwd : "";
         if (base.size() >= 4) {
@@ -279,8 +286,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         const long place = kPlaces[in.small(11)];
         if (place <= static_cast<long>(chunk.size())) chunk[chunk.size() - static_cast<size_t>(place)] = 0;
     }
+    const bool zeroFill = modelTailZero(chunk);
+    if (zeroFill) reach(3);
     if (kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), static_cast<long>(chunk.size())) !=
-        modelTailZero(chunk))
+        zeroFill)
         fail("tail test differs from the model", std::to_string(chunk.size()), "");
 
     // The scan's name filter.
@@ -301,7 +310,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string entry = in.small(8) == 0 ? (in.small(2) ? "." : "..") : name;
     const bool accepted = kzScanAccepts(_kzString<500>(entry.c_str()), isFolder, withFolders, starts, ends,
                                         _kzString<500>(prefix.c_str()));
-    if (accepted != modelAccepts(entry, isFolder, withFolders, startTexts, endTexts, prefix))
+    const bool takes = modelAccepts(entry, isFolder, withFolders, startTexts, endTexts, prefix);
+    if (takes) reach(4);
+    if (accepted != takes)
         fail("scan filter differs from the model", entry, prefix);
     return 0;
 }

@@ -16,6 +16,10 @@
 #include "process/process_list.h"
 #include "process/process_load_table.h"
 
+const char* const kzFuzzRules[] = {"findByName",  "countByName", "indexOfPid", "a sort",
+                                   "a full table", "isBehind",    "a CPU share above 0"};
+const int kzFuzzRuleCount = 7;
+
 namespace {
 
 using Input = FuzzInput;
@@ -54,6 +58,7 @@ void table(Input& in) {
     auto list = std::make_unique<_kzProcessList>(false);
     list->collected = 1;
     list->storeRawProcesses(raw.data(), n);
+    if (n > 3999) reach(4);
     const auto same = [&] {
         if (list->count != static_cast<int>(model.size())) fail("the stored count");
         for (size_t i = 0; i < model.size(); ++i) {
@@ -73,11 +78,13 @@ void table(Input& in) {
                 last = p.pid;
             }
         uint64_t pid = 4711;
-        switch (in.small(5)) {
+        const int question = in.small(5);
+        reach(question < 3 ? question : 3);
+        switch (question) {
         case 0: // the first match; an empty name answers false and leaves the pid alone
-            if (list->findByName(name, false, &pid) != (count > 0 && !asked.empty()) || pid != (asked.empty() ? 4711 : first) ||
-                (!asked.empty() && name.asChar() != upper(asked)))
-                fail("findByName");
+            if (list->findByName(name, false, &pid) != (count > 0 && !asked.empty())) fail("findByName");
+            if (pid != (asked.empty() ? 4711 : first)) fail("findByName's pid");
+            if (!asked.empty() && name.asChar() != upper(asked)) fail("findByName's upper-cased name");
             break;
         case 1: // how many, and the last of them
             if (list->countByName(name, &pid) != count) fail("countByName");
@@ -136,6 +143,7 @@ void loadTable(Input& in) {
             else if (stampMS != 0 && stampMS / 100 < list->snapshotTimeMS.value / 100) behind = true;
             else behind = last != 0 && list->measureTime > last;
         }
+        if (behind) reach(5);
         if (table.isBehind(*list) != behind) fail("isBehind");
         table.takeTimes(*list);
         previous = last;
@@ -148,6 +156,7 @@ void loadTable(Input& in) {
         if (list->measureTime != 0 && previous != 0 && interval > 0 && seconds > 0)
             percent = static_cast<float>((static_cast<float>(list->entries[0].cpuSeconds - seconds) * 100.0f) / interval);
         percent = std::min(std::max(percent, 0.0f), 102400.0f);
+        if (percent > 0) reach(6);
         seconds = list->entries[0].cpuSeconds;
         if (table.at(0)->cpuPercent != percent) fail("updateCpu: percent");
         if (table.at(0)->cpuSeconds != seconds) fail("updateCpu: seconds");

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_input.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
@@ -52,5 +54,11 @@ int main(int argc, char** argv) {
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
     std::printf("replayed %d files and %d generated inputs\n", files, series);
-    return 0;
+    int unreached = 0;
+    for (int rule = 0; rule < kzFuzzRuleCount; ++rule) {
+        if (kzFuzzReached[rule] > 0) continue;
+        std::printf("no input reached: %s\n", kzFuzzRules[rule]);
+        ++unreached;
+    }
+    return unreached == 0 ? 0 : 1;
 }

@@ -16,6 +16,13 @@
 #include "strings/kz_string.h"
 #include "strings/kz_string8.h"
 
+const char* const kzFuzzRules[] = {"assign", "append", "replace", "remove a pattern", "trim", "indexOf",
+                                   "compare", "insert", "remove a range", "makeUpper", "left", "startsWith",
+                                   "lastIndexOf", "addNr", "addHexCode", "setLength", "remove a character",
+                                   "indexOfFirstOcc", "addSpacing", "indexOf a character", "ordering",
+                                   "a counted prefix", "left by a delimiter", "toInt"};
+const int kzFuzzRuleCount = 24;
+
 namespace {
 
 using Input = FuzzInput;
@@ -154,7 +161,9 @@ void run(Input& in) {
         const S ra = recordOf<S>(a.substr(0, N)), rb = recordOf<S>(b);
         const std::basic_string<C> pa = a.substr(0, N);
         const int start = in.small(N + 3) - 1;
-        switch (in.small(24)) {
+        const int operation = in.small(24);
+        reach(operation);
+        switch (operation) {
         case 0:
             s = ra;
             model = pa;
