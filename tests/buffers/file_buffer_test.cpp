@@ -35,7 +35,8 @@ TEST(FileBuffer, GrowthTheLimitTheCursorOfACopyAndErrorTexts) {
     EXPECT_EQ(copied.readPos, 0); // the cursor starts again
     EXPECT_EQ(copied.size, 7);
     struct Case { int code; const char* text; };
-    for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-107, "File does not exists!"},
+    for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-104, "Unable to read data from file!"},
+                          Case{-107, "File does not exists!"},
                           Case{-1000, "File error: End of file reached!"}, Case{-1001, "File error 1."},
                           Case{-50, "unknown error -50."}})
         EXPECT_STREQ(_kzFileBuffer::errorText(c.code).asChar(), c.text);

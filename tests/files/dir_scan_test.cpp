@@ -63,6 +63,13 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
         EXPECT_FALSE(scan.next());
     }
     EXPECT_EQ(textOf(scan.scanPath()), dir.path());
+    // An entry that stat can't reach (a link to nothing) counts as a file of size 0 and time 0.
+    ASSERT_EQ(::symlink(dir.file("nowhere").c_str(), dir.file("link").c_str()), 0);
+    scan.start(wide(dir.file("l*")), false, false, false, false);
+    ASSERT_TRUE(scan.next());
+    EXPECT_EQ(scan.fileSize(), 0);
+    EXPECT_EQ(scan.fileTime().value, 0);
+    ::unlink(dir.file("link").c_str());
 
     scan.start(wide(dir.path()), false, true, false, false);
     EXPECT_EQ(scan.entryCount(), 1);

@@ -155,6 +155,12 @@ TEST(CopyStats, TotalsSettingsAndTheStatusLine) {
     _kzCopyStats minutes{};
     minutes.addCopy(0, 60000);
     EXPECT_STREQ(minutes.statusText().asChar(), "1 files copied ( 0.00 MiB. 60.00s. 0.000 MiB/s. Copy speed setting: 100% )");
+    // Hundredths below a minute, and minutes with their seconds above.
+    for (const auto& [ms, time] : {std::pair<int, std::string>{1990, "1.99s"}, {61990, "1.01m.s"}}) {
+        _kzCopyStats one{};
+        one.addCopy(0, ms);
+        EXPECT_EQ(std::string(one.statusText().asChar()), "1 files copied ( 0.00 MiB. " + time + ". 0.000 MiB/s. Copy speed setting: 100% )");
+    }
 }
 
 } // namespace

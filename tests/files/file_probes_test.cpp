@@ -42,6 +42,9 @@ TEST(FileProbes, InfoDeleteSetTimeAndMove) {
     writeFile(dir.file("dst"), "old");
     EXPECT_TRUE(fileMove(narrow(dir.file("a.txt")), narrow(dir.file("dst")), false)); // nothing moved
     EXPECT_EQ(readFile(dir.file("dst")), "old");
+    ::mkdir(dir.file("folder").c_str(), 0755);
+    EXPECT_FALSE(fileMove(narrow(dir.file("folder")), narrow(dir.file("moved")), true)); // only files move
+    EXPECT_TRUE(isFolderAt(dir.file("folder")));
     EXPECT_TRUE(fileMove(narrow(dir.file("a.txt")), narrow(dir.file("dst")), true));
     EXPECT_EQ(readFile(dir.file("a.txt")), "<missing>");
     EXPECT_EQ(readFile(dir.file("dst")), "12345");

@@ -144,7 +144,7 @@ TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {
     for (const bool append : {true, true, false}) {
         const int pid = kzStartFree(path250("/bin/sh"), args, path250(dir.file("out")), append);
         ASSERT_GT(pid, 0);
-        waitpid(pid, nullptr, 0);
+        EXPECT_TRUE(waitFor([&] { return kzReapChildren() == pid; }, 3000)) << "reaped once it has ended";
     }
     EXPECT_EQ(readFile(dir.file("out")), "hi\nerr\n"); // appended twice, then truncated
     // A descriptor opened before is closed in the new program; 0, 1 and 2 stay.

@@ -128,6 +128,7 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     EXPECT_EQ(pid, 0u);
     EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true)); // exactly two
+    EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServerconsole"), false));
     p.children.pop_back();
     const pid_t server = p.start("kzServer");
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), false, true, &pid));

@@ -49,6 +49,7 @@ TEST(TextRules, MidTrimFieldsParsingAndHex) {
     S8 field("FFFE12");
     EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);
     EXPECT_EQ(textOf(field), "12");
+    EXPECT_EQ(S8("80").toIntFromHex(8, true, false, &ok), -128); // a byte, sign-extended
 }
 
 } // namespace
