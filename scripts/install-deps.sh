@@ -28,6 +28,7 @@ else
     libsqlite3-dev # a real database engine writes the job database in the tests
     dpkg-dev file lintian groff-base man-db # the Debian packages: dependencies, checks, manual pages
     pkgconf # a program built against libkz-dev through pkg-config
+    clang-format # the test share is counted over formatted code
     "$@")
 fi
 # The policy that refuses every service start while this script installs carries a marker
