@@ -35,7 +35,7 @@ fi
 work=$(mktemp -d "${TMPDIR:-/tmp}/kz_mutation.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 # The checkout as it stands, uncommitted changes included, without its build folders.
-(cd "$top" && git ls-files -z --cached --others --exclude-standard | xargs -0 tar -cf - 2>/dev/null) | tar -xf - -C "$work"
+(cd "$top" && git ls-files -z --cached --others --exclude-standard | tar --null -T - -cf -) | tar -xf - -C "$work"
 cd "$work"
 export CCACHE_DIR="$work/ccache" CCACHE_MAXSIZE=2G
 kz_configure_options=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
