@@ -1,6 +1,9 @@
-// Checksums at public check values (fuzz/buffers_fuzz.cpp compares CRC-32 with zlib's on
-// arbitrary runs), and the random number families at values computed independently from
+// Checksums at public check values, CRC-32 against zlib's on runs whole and in pieces, and the random number families at values computed independently from
 // their definitions (Python's integers, the same seeds).
+#include <zlib.h>
+
+#include <algorithm>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -33,6 +36,26 @@ TEST(Checksums, PublicCheckValuesAndTheSmallHelpers) {
                         {"hash of the empty text", kzHashText(_kzString<10>()), 0xC141B36A5F42296D},
                         {"hash of \"ab\"", kzHashText(_kzString<10>("ab")), 0x31F50AF77A529F13}};
     for (const Row& r : rows) EXPECT_EQ(r.got, r.expected) << r.what;
+}
+
+// Runs of every length up to 4000 bytes, past the lengths where the folding path takes over,
+// whole and split at arbitrary points.
+TEST(Checksums, Crc32AsZlibComputesIt) {
+    std::mt19937 random(7);
+    std::string data;
+    for (uint32_t length = 0; length <= 4000; ++length) {
+        const auto* run = reinterpret_cast<const uint8_t*>(data.data());
+        const uint32_t expected = static_cast<uint32_t>(crc32(0, run, length));
+        ASSERT_EQ(kzCrc32(run, length), expected) << length << " bytes";
+        uint32_t running = 0xFFFFFFFFu;
+        for (uint32_t done = 0; done < length;) {
+            const uint32_t piece = std::min<uint32_t>(length - done, 1 + random() % 600);
+            kzCrc32Update(running, run + done, piece);
+            done += piece;
+        }
+        ASSERT_EQ(~running, expected) << length << " bytes in pieces";
+        data += static_cast<char>(random());
+    }
 }
 
 TEST(RandomNumbers, EachFamilyAtItsDefinedValues) {

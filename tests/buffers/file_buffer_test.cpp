@@ -1,8 +1,10 @@
-// The file buffer: growth rules and the 1500 MiB limit, the error texts, the text envelope and
-// the radix-85 groups at their exact bytes. Operations, searches and round trips on arbitrary
-// bytes are checked against a model by fuzz/buffers_fuzz.cpp.
+// The file buffer: growth rules and the 1500 MiB limit, the error texts, insertions, the read
+// cursor and clones, both searches against std::string's on generated texts, the text
+// envelope and the radix-85 groups at their exact bytes and as round trips.
 #include <cstring>
+#include <random>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +16,6 @@ namespace {
 
 std::string content(const _kzFileBuffer& b) { return std::string(reinterpret_cast<const char*>(b.data), b.header.size); }
 
-// Appends, insertions, the read cursor, clones and searches against a model: fuzz/buffers_fuzz.cpp.
 TEST(FileBuffer, GrowthTheLimitTheCursorOfACopyAndErrorTexts) {
     _kzFileBuffer b;
     EXPECT_TRUE(b.append("abc", 0)); // nothing to do
@@ -43,10 +44,76 @@ TEST(FileBuffer, GrowthTheLimitTheCursorOfACopyAndErrorTexts) {
     EXPECT_EQ(std::string(_kzFileBuffer::errorText(-101).asChar()).substr(0, 14), "System error: ");
 }
 
+// A place before the start inserts at the start, one at or behind the end appends; a read
+// that would pass the end reads nothing; a clone keeps the cursor and starts behind a gap.
+TEST(FileBuffer, InsertionsReadsAndClones) {
+    _kzFileBuffer b;
+    const struct {
+        int at;
+        const char* bytes;
+        const char* expected;
+    } insertions[] = {{0, "cd", "cd"}, {-3, "a", "acd"}, {3, "ef", "acdef"}, {9, "g", "acdefg"}, {1, "b", "abcdefg"}};
+    for (const auto& row : insertions) {
+        EXPECT_TRUE(b.insertAt(row.at, row.bytes, static_cast<int>(std::strlen(row.bytes)))) << row.expected;
+        EXPECT_EQ(content(b), row.expected);
+    }
+    char got[8] = {};
+    EXPECT_TRUE(b.readNext(got, 2));
+    EXPECT_FALSE(b.readNext(got, 6)); // one more than is left
+    EXPECT_FALSE(b.readNext(got, -1));
+    EXPECT_TRUE(b.readNext(got, 5)); // exactly to the end
+    EXPECT_EQ(std::string(got, 5), "cdefg");
+    EXPECT_TRUE(b.readNext(got, 0));
+    b.header.readPos = 3;
+    _kzFileBuffer clone;
+    clone.error = 5;
+    b.cloneWithGap(clone, 2);
+    EXPECT_EQ(clone.error, 0);
+    EXPECT_EQ(clone.header.size, 9);
+    EXPECT_EQ(clone.header.readPos, 3);
+    EXPECT_EQ(content(clone).substr(2), "abcdefg");
+    char untouched = 'u';
+    _kzFileBuffer().getData(&untouched, 1); // an empty buffer gives nothing
+    EXPECT_EQ(untouched, 'u');
+}
+
+// Both searches on generated texts of few letters, with the needle often standing right at
+// the end of the data: the exact one finds what std::string finds, the other what it finds
+// with ASCII letters folded.
+TEST(FileBuffer, SearchesFindWhatStdStringFinds) {
+    std::mt19937 random(2026);
+    const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto text = [&](int maxLength) {
+        std::string t;
+        for (int n = pick(maxLength + 1); n > 0; --n) t += "abAB~z\xE4\xC4"[pick(8)];
+        return t;
+    };
+    const auto upper = [](std::string t) {
+        for (char& c : t)
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+        return t;
+    };
+    const auto expected = [](const std::string& data, const std::string& needle, int start) {
+        const size_t at = needle.empty() ? std::string::npos : data.find(needle, static_cast<size_t>(start < 0 ? 0 : start));
+        return at == std::string::npos ? -1 : static_cast<int>(at);
+    };
+    for (int round = 0; round < 3000; ++round) {
+        const std::string needle = text(pick(2) ? 4 : 70);
+        const std::string data = text(300) + (pick(2) ? needle : "");
+        const int start = pick(320) - 10;
+        _kzFileBuffer b;
+        b.append(data.data(), static_cast<int>(data.size()));
+        const _kzString8_allSize<250> n(needle.c_str(), static_cast<int>(needle.size()));
+        ASSERT_EQ(b.find(n, start), expected(data, needle, start)) << "round " << round;
+        ASSERT_EQ(b.findIgnoreCase(n, start), expected(upper(data), upper(needle), start)) << "round " << round;
+    }
+}
+
 TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
     _kzFileBuffer b;
     const std::string hundred(100, 'A');
     b.append(hundred.data(), 100);
+    b.header.version = 3;
     b.wrapText(false); // not in text mode: nothing happens
     EXPECT_EQ(b.header.size, 100);
     b.header.textMode = 1;
@@ -61,6 +128,40 @@ TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
     EXPECT_EQ(content(b), wrapped);
     b.unwrapText(true);
     EXPECT_EQ(content(b), hundred);
+    // The way back with markers takes what stands between them, wherever they start; a run of
+    // five tildes is no marker.
+    const std::string marker(11, '~');
+    std::vector<std::string> heads = {"hhhhhh~~~~~hhhh"};
+    for (int offset = 0; offset < 12; ++offset) heads.push_back(std::string(static_cast<size_t>(offset), 'h'));
+    for (const std::string& head : heads) {
+        const std::string framed = head + marker + "inner" + marker + "tail";
+        _kzFileBuffer f;
+        f.header.textMode = 1;
+        f.header.version = 4;
+        f.append(framed.data(), static_cast<int>(framed.size()));
+        f.unwrapText(true);
+        EXPECT_EQ(content(f), "inner") << "behind " << head;
+    }
+    // Every byte that the envelope keeps comes through a round trip; unwrapped, the others go.
+    std::string all, kept;
+    for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
+    for (int c = 33; c <= 125; ++c)
+        if (std::string("\"'<>\\`").find(static_cast<char>(c)) == std::string::npos) kept += static_cast<char>(c);
+    for (const bool markers : {false, true}) {
+        _kzFileBuffer trip;
+        trip.header.textMode = 1;
+        trip.header.version = 3;
+        trip.append(kept.data(), static_cast<int>(kept.size()));
+        trip.wrapText(markers);
+        trip.unwrapText(markers);
+        EXPECT_EQ(content(trip), kept) << "markers " << markers;
+    }
+    _kzFileBuffer noisy;
+    noisy.header.textMode = 1;
+    noisy.header.version = 4;
+    noisy.append(all.data(), 256);
+    noisy.unwrapText(false);
+    EXPECT_EQ(content(noisy), kept);
 
     char out[6] = {};
     EXPECT_EQ(encodeGroup85(1, out), 5);
@@ -73,6 +174,17 @@ TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
     EXPECT_EQ(std::string(out, 2), "z^");
     EXPECT_EQ(decodeDigit85("}"), 84);
     EXPECT_EQ(decodeDigit85("~"), 0);
+    for (const unsigned int v : {0x00000001u, 0x12345678u, 0x80000000u, 0xFFFFFFFEu, 0u, 0xFFFFFFFFu}) {
+        char group[5];
+        const int written = encodeGroup85(v, group);
+        unsigned int back = ~v;
+        EXPECT_EQ(decodeGroup85(group, back, written), written) << v;
+        EXPECT_EQ(back, v) << v;
+    }
+    unsigned int untouched = 7;
+    EXPECT_EQ(decodeGroup85("#!!!!", untouched, 4), 0); // a group cut short decodes nothing
+    EXPECT_EQ(decodeGroup85("z", untouched, 0), 0);
+    EXPECT_EQ(untouched, 7u);
 }
 
 } // namespace

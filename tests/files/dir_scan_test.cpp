@@ -38,10 +38,15 @@ TEST(DirScan, FiltersIgnoreCaseAndFoldersComeOnlyWhenAsked) {
                   (Names{".hidden.txt", "Abc.txt", "a.txt", "abx", "b.TXT", "c.log"}));
         EXPECT_EQ(walk(all, dir.path(), true, snapshot),
                   (Names{".hidden.txt", "Abc.txt", "a.txt", "abdir", "abx", "b.TXT", "c.log", "x.txt"}));
-        // (How filters judge a name is checked against a model by fuzz/path_fuzz.cpp.)
         _kzDirScan txt;
         txt.addEndFilter(wide(".txt"));
         EXPECT_EQ(walk(txt, dir.path(), false, snapshot), (Names{".hidden.txt", "Abc.txt", "a.txt", "b.TXT"}));
+        // Any of the start filters; where there are start filters, end filters do not count.
+        _kzDirScan starts;
+        starts.addStartFilter(wide("C"));
+        starts.addStartFilter(wide("b"));
+        starts.addEndFilter(wide(".txt"));
+        EXPECT_EQ(walk(starts, dir.path(), false, snapshot), (Names{"b.TXT", "c.log"}));
 
         // A pattern: names that begin with "ab", in any case, folders too when asked.
         _kzDirScan pattern;

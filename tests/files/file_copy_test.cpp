@@ -10,6 +10,7 @@
 #include <chrono>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -126,9 +127,23 @@ TEST(FileCopy, AWriteCutShortFailsAndLeavesAnOutdatedDestination) {
     }
 }
 
-// Which bytes the tail test looks at, for every length: fuzz/path_fuzz.cpp. Here the report
-// of a copy: of the last chunk that held data.
+// Which bytes, counted from the end, a chunk must have zero to look like unwritten zero fill,
+// by its length; and the report of a copy: of the last chunk that held data.
 TEST(FileCopy, TheTailOfTheLastChunkThatHeldData) {
+    const struct {
+        long length;
+        std::vector<long> zeros;
+        bool expected;
+    } rows[] = {{0, {}, false},           {1, {}, false},          {1, {1}, true},
+                {10, {1}, true},          {11, {1, 7}, false},     {11, {1, 7, 10}, true},
+                {300, {1, 7, 10}, true},  {301, {1, 7, 10}, false}, {301, {1, 50, 300}, true},
+                {500, {1, 50, 300}, true}, {501, {1, 50, 300}, false}, {600, {1, 50, 200, 201, 202, 500, 501}, true}};
+    for (const auto& row : rows) {
+        std::string chunk(static_cast<size_t>(row.length), 'x');
+        for (const long place : row.zeros) chunk[chunk.size() - static_cast<size_t>(place)] = 0;
+        EXPECT_EQ(kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), row.length), row.expected)
+            << row.length << " bytes, " << row.zeros.size() << " zeros";
+    }
     TempDir dir;
     writeFile(dir.file("zeros"), std::string(5000, 'a') + std::string(600, '\0'));
     writeFile(dir.file("empty"), "");

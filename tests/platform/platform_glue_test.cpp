@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -28,7 +29,6 @@ namespace {
 
 using Folder = _kzString8_allSize<250>;
 
-// The folder from argv[0] and one folder up: fuzz/path_fuzz.cpp, against a model of the rules.
 TEST(PlatformGlue, TheExecutableFolderFromTheSystemOrFromArgv0) {
     Folder folder;
     ASSERT_TRUE(kzFindExecutableFolder(folder, nullptr));
@@ -38,6 +38,25 @@ TEST(PlatformGlue, TheExecutableFolderFromTheSystemOrFromArgv0) {
     Folder bundle("/Applications/App.app/Contents/MacOS/app"); // a system answer is kept
     EXPECT_TRUE(kzResolveExecutableFolder(bundle, "ignored"));
     EXPECT_EQ(textOf(bundle), "/Applications/App.app/Contents/MacOS/");
+    // Without the system's answer, from argv[0]: a relative path is joined to the working
+    // folder, each "../" taking one folder off it; a "/" at index 0 or 1 cuts nothing, and a
+    // network share is not left upward.
+    char before[4096];
+    ASSERT_NE(::getcwd(before, sizeof before), nullptr);
+    ASSERT_EQ(::chdir("/usr/lib"), 0);
+    const std::pair<std::string, std::string> rows[] = {
+        {"abc", ""}, // too short: not found
+        {"/usr/bin/kz", "/usr/bin/"},   {"C:/x/kz", "C:/x/"},     {"kzServer", "kzServer/"},
+        {"./kz", "/usr/lib/"},          {"../bin/kz", "/usr/bin/"}, {"../../kz", "/usr/"},
+        {"//srv/share/kz", "//srv/share/"}, {"//srv/kz", "//srv/kz/"}};
+    for (const auto& [argv0, expected] : rows) {
+        Folder found;
+        EXPECT_EQ(kzResolveExecutableFolder(found, argv0.c_str()), !expected.empty()) << argv0;
+        EXPECT_EQ(textOf(found), expected) << argv0;
+    }
+    ASSERT_EQ(::chdir(before), 0);
+    for (const auto& [path, parent] : {std::pair<std::string, std::string>{"a/bc", "a/bc/"}, {"/a/b/", "/a/"}, {"ab", "ab"}})
+        EXPECT_EQ(textOf(kzParentFolder(Folder(path.c_str()))), parent) << path;
 }
 
 TEST(PlatformGlue, EnvironmentBufferSizesKindNamesAndErrorTexts) {

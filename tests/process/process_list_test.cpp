@@ -13,6 +13,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -72,8 +73,61 @@ TEST(ProcessTable, RealProcessesByNameAsTheKernelAndTheirCommandLinesGiveThem) {
     EXPECT_EQ(pidOf(*table, "kzServerconsole", true), 0u);
 }
 
-// Storing records in order up to the cap of 3999, the questions by name and pid with their
-// pid outputs, and both sorts: fuzz/process_fuzz.cpp, against a model.
+// Records as the kernel layer hands them over: stored in order with their names upper-cased,
+// at most 3999, and asked by name and by pid, then sorted.
+TEST(ProcessTable, StoredRecordsTheQuestionsByNameAndPidAndTheSorts) {
+    std::vector<kzRawProcess> raw = {{5, 1, 0, "kzServerconsole"}, {3, 1, 0, "a"}, {9, 1, 0, "KZSERVERconsole"},
+                                     {3, 1, 0, "kzServer"},        {7, 1, 0, ""}};
+    auto table = newTable();
+    table->collected = 1;
+    table->storeRawProcesses(raw.data(), static_cast<long>(raw.size()));
+    using Stored = std::vector<std::pair<uint32_t, std::string>>;
+    const auto stored = [&] {
+        Stored entries;
+        for (int i = 0; i < table->count; ++i) entries.emplace_back(table->entries[i].pid, table->entries[i].name.asChar());
+        return entries;
+    };
+    EXPECT_EQ(stored(), (Stored{{5, "KZSERVERCONSOLE"}, {3, "A"}, {9, "KZSERVERCONSOLE"}, {3, "KZSERVER"}, {7, ""}}));
+    EXPECT_EQ(pidOf(*table, "kzserverconsole", false), 5u); // the first of two
+    _kzString8_allSize<25> server("KZSERVERCONSOLE"), none(""), a("a");
+    uint64_t pid = 4711;
+    EXPECT_FALSE(table->findByName(none, false, &pid));
+    EXPECT_EQ(pid, 4711u); // an empty name leaves the pid alone
+    const struct {
+        _kzString8_allSize<25>& name;
+        int count;
+        uint64_t lastPid;
+    } counts[] = {{server, 2, 9}, {none, 1, 7}, {a, 1, 3}};
+    for (const auto& row : counts) {
+        EXPECT_EQ(table->countByName(row.name, &pid), row.count) << row.name.asChar();
+        EXPECT_EQ(pid, row.lastPid) << row.name.asChar();
+        EXPECT_EQ(table->isRunningTwice(row.name, &pid), row.count > 1) << row.name.asChar();
+    }
+    EXPECT_EQ(table->indexOfPid(3, false), 1); // the first of two
+    EXPECT_EQ(table->indexOfPid(99, false), -1);
+    table->sortByName(); // by the names' bytes, the shorter first, then by pid
+    EXPECT_EQ(stored(), (Stored{{7, ""}, {3, "A"}, {3, "KZSERVER"}, {5, "KZSERVERCONSOLE"}, {9, "KZSERVERCONSOLE"}}));
+    table->sortByPid();
+    EXPECT_EQ(table->entries[2].pid, 5u);
+    EXPECT_EQ(table->entries[4].pid, 9u);
+    raw.assign(4003, kzRawProcess{1, 1, 0, "x"});
+    raw[3998].pid = 42;
+    table->count = 0;
+    table->storeRawProcesses(raw.data(), static_cast<long>(raw.size()));
+    EXPECT_EQ(table->count, 3999);
+    EXPECT_EQ(table->entries[3998].pid, 42u);
+    // Owners for the important ones alone: the Finder, or a process of more than 2000 MB.
+    raw = {{11, 1, 0, "Finder"}, {12, 1, 0, "big"}, {13, 1, 0, "small"}};
+    table->count = 0;
+    table->storeRawProcesses(raw.data(), 3);
+    EXPECT_EQ(table->entries[2].memoryMB, 0); // not measured yet
+    table->entries[1].memoryMB = 2001;
+    table->fillOwners(true);
+    for (const auto& [index, owner] : {std::pair<int, std::string>{0, "root"}, {1, "root"}, {2, ""}})
+        EXPECT_EQ(table->entries[index].owner.asChar(), owner) << index;
+    table->skipLoad = 1;
+    EXPECT_EQ(table->measureProcessChecked(2), 1); // a table that skips the load measures nothing
+}
 
 // A real failure of the kernel read: with no file descriptor left, /proc can't be opened.
 TEST(ProcessTable, AFailedReadLeavesAnEmptyTableAndSaysWhy) {

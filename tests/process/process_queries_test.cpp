@@ -51,7 +51,7 @@ TEST(ProcessQueries, CountsOwnersPidsAndSignalsByName) {
     auto table = std::make_unique<_kzProcessList>(false);
     uint64_t pid = 0;
     Name name("kzqueries"), root("Root"), nobody("4242");
-    ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid)); // counts by name alone: fuzz/process_fuzz.cpp
+    ASSERT_TRUE(table->findByNameAndOwner(name, root, false, &pid));
     EXPECT_EQ(pid, static_cast<uint64_t>(first));
     EXPECT_STREQ(root.asChar(), "ROOT"); // the owner is upper-cased in place
     EXPECT_TRUE(table->isRunningTwiceByOwner(name, root, &pid));
@@ -165,7 +165,62 @@ TEST(ProcessQueries, AZombieAndAProcessThatHasGone) {
     EXPECT_EQ(snapshot->entries[snapshot->indexOfPid(gone, false)].cpuSeconds, -5.0);
 }
 
-// The load table's rounds and isBehind: fuzz/process_fuzz.cpp, against a model.
+// Round by round: whether the table is behind the list it is given, then the CPU share the
+// table takes from it: the first round only stores, later ones give the percentage of one
+// core since the last, held to 0 .. 102400.
+TEST(ProcessQueries, TheLoadTableOverRounds) {
+    auto list = std::make_unique<_kzProcessList>(false);
+    list->count = 1;
+    _kzProcessLoadTable table(2);
+    table.count = 1;
+    const struct {
+        double measureTime, cpuSeconds;
+        int64_t second, ms;
+        bool behind;
+        float percent;
+    } rounds[] = {{10, 2, 1000, 1000500, false, 0},     // never taken over: not behind; only stored
+                  {12, 3, 1000, 1000600, true, 50},     // a later tenth of the same second
+                  {13, 2.5, 1001, 1001000, true, 0},    // a later second; CPU time went back
+                  {14, 2002.5, 1001, 1001050, true, 102400}, // the same tenth, a later measurement
+                  {14, 2003, 1001, 1001050, false, 0},   // nothing later: no interval
+                  {15, 2004, 1000, 1000000, false, 100}};  // an older snapshot
+    for (const auto& round : rounds) {
+        list->measureTime = round.measureTime;
+        list->entries[0].cpuSeconds = round.cpuSeconds;
+        list->snapshotTime.value = round.second;
+        list->snapshotTimeMS.value = round.ms;
+        EXPECT_EQ(table.isBehind(*list), round.behind) << "at " << round.measureTime;
+        table.takeTimes(*list);
+        table.updateCpu(0, *list, 0);
+        EXPECT_EQ(table.at(0)->cpuPercent, round.percent) << "at " << round.measureTime;
+        EXPECT_EQ(table.at(0)->cpuSeconds, round.cpuSeconds) << "at " << round.measureTime;
+    }
+    // A list's CPU share against an earlier list, where the process stands first, scaled or
+    // not; a process the earlier list lacks is new: 0.
+    auto before = std::make_unique<_kzProcessList>(false);
+    before->count = 1;
+    before->entries[0].pid = 7;
+    before->entries[0].cpuSeconds = 1;
+    before->measureInterval = list->measureInterval = 2;
+    list->entries[0].pid = 7;
+    list->entries[0].cpuSeconds = 2;
+    for (const auto& [scale, percent] : {std::pair<int, float>{0, 50}, {3, 150}}) {
+        float share = -1;
+        EXPECT_TRUE(list->cpuPercent(share, 0, *before, scale)) << scale;
+        EXPECT_EQ(share, percent) << scale;
+    }
+    before->entries[0].pid = 8;
+    float share = -1;
+    EXPECT_TRUE(list->cpuPercent(share, 0, *before, 0));
+    EXPECT_EQ(share, 0.0f);
+    // Within one second and without a later measurement, by tenths of a second.
+    for (const auto& [ms, behind] : {std::pair<int64_t, bool>{1000099, false}, {1000100, true}}) {
+        list->snapshotTime.value = 1000;
+        list->snapshotTimeMS.value = ms;
+        EXPECT_EQ(table.isBehind(*list), behind) << ms;
+    }
+}
+
 TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     _kzProcessLoadTable table(4);
     EXPECT_EQ(static_cast<long long>(table.snapshotTimeMS.value), 0); // unset until a list is taken over

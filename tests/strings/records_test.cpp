@@ -1,6 +1,6 @@
 // The string records themselves: where text is cut, how outside text is measured, how bytes
 // above ASCII widen and narrow, case rules, numbers, and the older layouts. The broad
-// behaviour of the operations is checked against a model by fuzz/string_fuzz.cpp.
+// behaviour of the operations is checked against a model by string_model_test.cpp.
 #include <cstring>
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// Appending, adding numbers and setting the length at the capacity: fuzz/string_fuzz.cpp.
+// Appending, adding numbers and setting the length at the capacity: string_model_test.cpp.
 TEST(Records, EveryWayInCutsAtCapacityAndAFullRecordTakesNoMore) {
     const char* const longText = "abcdefghij"; // 10 characters into a capacity of 6
     const unsigned short wideText[] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 0};
@@ -64,7 +64,7 @@ TEST(Records, BytesAboveAsciiWidenBySignOrByZeroDependingOnTheRoute) {
     EXPECT_EQ(t600.to_kzString8_250().length, 249);
 }
 
-// Folding records and comparing them: fuzz/string_fuzz.cpp.
+// Folding records and comparing them: string_model_test.cpp.
 TEST(Records, CaseRulesAreAsciiOnly) {
     EXPECT_TRUE(_kzString8_allSize<10>("-LoG").isEqual("-log")); // a record against plain text
     EXPECT_FALSE(_kzString8_allSize<10>("\xE4").isEqual("\xC4"));

@@ -1,6 +1,6 @@
 // The exact rules of searching, slicing, padding and numbers that a model of the operations
 // does not state: where searches start again, how counts gate, how delimiters cut, how fields
-// and numbers are laid out. The broad behaviour is checked by fuzz/string_fuzz.cpp.
+// and numbers are laid out. The broad behaviour is checked by string_model_test.cpp.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using S8 = _kzString8_allSize<50>;
 using S16 = _kzString<50>;
 
 // Searches of characters and patterns, counted prefixes and suffixes, and the ordering of
-// records: fuzz/string_fuzz.cpp. Here what the model leaves out.
+// records: string_model_test.cpp. Here what the model leaves out.
 TEST(TextRules, LowBytesOneCharacterAndNullPointers) {
     EXPECT_EQ(S8("abcabc").indexOf(static_cast<unsigned short>(0x163), 0), 2); // low byte, exactly
     EXPECT_EQ(S8("a/b/c").lastIndexOf(static_cast<unsigned short>(0x12F), -1), 3);
@@ -29,7 +29,7 @@ TEST(TextRules, LowBytesOneCharacterAndNullPointers) {
     EXPECT_FALSE(S16("") != none); // nor unequal
 }
 
-// Delimiters, left, leftNCut and the parsing of decimal numbers: fuzz/string_fuzz.cpp.
+// Delimiters, left, leftNCut and the parsing of decimal numbers: string_model_test.cpp.
 TEST(TextRules, MidTrimFieldsParsingAndHex) {
     EXPECT_EQ(S8("abc").mid(0, -1).length, 50); // a negative count takes the whole record
     S8 s("\fab\v\r\n");

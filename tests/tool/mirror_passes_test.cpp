@@ -1,5 +1,5 @@
-// The two mirror passes, driven in-process over real folders as the tool drives them. The
-// log mirror's names are checked against a model by fuzz/path_fuzz.cpp.
+// The two mirror passes, driven in-process over real folders as the tool drives them, and
+// the log mirror's names.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <time.h>
@@ -26,6 +26,23 @@ struct Passes {
     void logs(const MirrorFolders& f) { logPass(wide(f.local), wide(f.root), logScan); }
     void jobs(const MirrorFolders& f) { jobDbPass(wide(f.local), wide(f.root), jobScan); }
 };
+
+// Every ".txt" of the whole path is marked as a copy, or "__local.txt" alone where the name
+// ends in it; the path is cut at its capacity before.
+TEST(LogPass, TheMirrorsNames) {
+    const std::string deep = "/" + std::string(488, 'r') + "/";
+    const struct {
+        std::string root, name, expected;
+    } rows[] = {{"/r/", "a.txt", "/r/sub/log/a__copyFromLocal.txt"},
+                {"/r/", "a__LOCAL.TXT", "/r/sub/log/a__copyFromLocal.txt"},
+                {"/r/", "A.TXT", "/r/sub/log/A__copyFromLocal.txt"},
+                {"/r/", "a__local.txt.bak", "/r/sub/log/a__local__copyFromLocal.txt.bak"},
+                {"/r/", "a.txt.txt", "/r/sub/log/a__copyFromLocal.txt__copyFromLocal.txt"},
+                {"/r.txt/", "a.txt", "/r__copyFromLocal.txt/sub/log/a__copyFromLocal.txt"},
+                {deep, "a.txt", deep + "sub/log/a."}};
+    for (const auto& row : rows)
+        EXPECT_EQ(textOf(logDestination(wide(row.root), wide(row.name))), row.expected) << row.root << row.name;
+}
 
 TEST(LogPass, DecidesAgainAtEveryPassFromTimeAndSize) {
     MirrorFolders f;
