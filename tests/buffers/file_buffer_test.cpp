@@ -4,6 +4,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -128,19 +129,21 @@ TEST(FileBuffer, TheTextEnvelopeAndRadix85Groups) {
     EXPECT_EQ(content(b), wrapped);
     b.unwrapText(true);
     EXPECT_EQ(content(b), hundred);
-    // The way back with markers takes what stands between them, wherever they start; a run of
-    // five tildes is no marker.
+    // The way back with markers takes what stands between them, wherever they start. A marker
+    // is found at every tenth offset, by five more tildes right before or right behind it: a
+    // run of five is none, a run of six at such an offset is one.
     const std::string marker(11, '~');
-    std::vector<std::string> heads = {"hhhhhh~~~~~hhhh"};
-    for (int offset = 0; offset < 12; ++offset) heads.push_back(std::string(static_cast<size_t>(offset), 'h'));
-    for (const std::string& head : heads) {
+    std::vector<std::pair<std::string, std::string>> heads = {
+        {"~~~~~hhhhhhh", "inner"}, {"hhhhhh~~~~~hhhh", "inner"}, {"hhhh~~~~~h~hhhhh", "inner"}, {"~~~~~~hhhh", "hhhh"}};
+    for (int offset = 0; offset < 12; ++offset) heads.emplace_back(std::string(static_cast<size_t>(offset), 'h'), "inner");
+    for (const auto& [head, inner] : heads) {
         const std::string framed = head + marker + "inner" + marker + "tail";
         _kzFileBuffer f;
         f.header.textMode = 1;
         f.header.version = 4;
         f.append(framed.data(), static_cast<int>(framed.size()));
         f.unwrapText(true);
-        EXPECT_EQ(content(f), "inner") << "behind " << head;
+        EXPECT_EQ(content(f), inner) << "behind " << head;
     }
     // Every byte that the envelope keeps comes through a round trip; unwrapped, the others go.
     std::string all, kept;

@@ -27,6 +27,8 @@ TEST(Records, EveryWayInCutsAtCapacityAndAFullRecordTakesNoMore) {
         EXPECT_EQ(r.data[6], 0);
     }
     EXPECT_EQ(textOf(_kzString<5>(_kzString<500>("abcdefgh").asUni())), "abcde"); // capacities meet by views
+    assigned = static_cast<_kzString8_Uni_pointer*>(nullptr);
+    EXPECT_EQ(textOf(assigned), ""); // no view at all: empty
     _kzString8_allSize<8> unterminated;
     std::memset(unterminated.data, 'x', sizeof unterminated.data);
     unterminated.calcLength();

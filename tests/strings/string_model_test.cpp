@@ -390,7 +390,7 @@ void run(Input& in) {
 
 TEST(StringModel, EveryOperationOnEveryTemplateAgreesWithThePlainModel) {
     Input in;
-    for (int runs = 0; runs < 4000 && !::testing::Test::HasFailure(); ++runs) {
+    for (int runs = 0; runs < 20000 && !::testing::Test::HasFailure(); ++runs) {
         switch (in.small(5)) {
         case 0:
             run<_kzString8_allSize<6>, char>(in);

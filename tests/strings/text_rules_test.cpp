@@ -2,6 +2,7 @@
 // does not state: where searches start again, how counts gate, how delimiters cut, how fields
 // and numbers are laid out. The broad behaviour is checked by string_model_test.cpp.
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -42,14 +43,37 @@ TEST(TextRules, MidTrimFieldsParsingAndHex) {
     bool ok = true;
     EXPECT_EQ(S16("\xB2").toInt(&ok), 0); // a byte above ASCII is no digit
     EXPECT_FALSE(ok);
-    S8 hex;
-    hex.addHexCode(static_cast<signed char>(-1));
-    hex.addHexCode(0x1234LL); // a byte has 2 digits, a 64-bit value 16
-    EXPECT_EQ(textOf(hex), "FF0000000000001234");
+    // Hex digits by the value's type: a byte 2, a short 8 sign-extended, an unsigned short 4.
+    const auto hexOf = [](auto value) {
+        S8 hex;
+        hex.addHexCode(value);
+        return textOf(hex);
+    };
+    const std::pair<std::string, std::string> hexes[] = {{hexOf(static_cast<signed char>(-1)), "FF"},
+                                                         {hexOf(static_cast<short>(-1)), "FFFFFFFF"},
+                                                         {hexOf(static_cast<unsigned short>(0xFFFF)), "FFFF"},
+                                                         {hexOf(0x1234LL), "0000000000001234"}};
+    for (const auto& [got, expected] : hexes) EXPECT_EQ(got, expected);
     S8 field("FFFE12");
     EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);
     EXPECT_EQ(textOf(field), "12");
     EXPECT_EQ(S8("80").toIntFromHex(8, true, false, &ok), -128); // a byte, sign-extended
+    EXPECT_EQ(S8("12x").toInt64(&ok), 0);
+    EXPECT_FALSE(ok);
+}
+
+// The fraction's digits keep their own sign and may grow by the rounding; zeros fill up to
+// the decimals, and the separator stands even without any.
+TEST(TextRules, FloatAndIntegerTexts) {
+    const struct {
+        int decimals;
+        unsigned short separator;
+        float value;
+        const char* text;
+    } rows[] = {{2, '.', 3.5f, "3.50"}, {2, '.', 1.999f, "1.100"}, {2, '.', -1.5f, "-1.-50"},
+                {0, '.', 5.7f, "5.1"},  {3, ',', 2.05f, "2,050"}};
+    for (const auto& row : rows) EXPECT_EQ(textOf(kzFloatToText(row.decimals, row.separator, row.value)), row.text) << row.text;
+    EXPECT_EQ(textOf(kzIntToText(-42)), "-42");
 }
 
 } // namespace
