@@ -1,5 +1,6 @@
-// Checksums at public check values, CRC-32 against zlib's on runs whole and in pieces, and the random number families at values computed independently from
-// their definitions (Python's integers, the same seeds).
+// Checksums at public check values, CRC-32 against zlib's on runs whole and in pieces, and
+// the random number families at values computed independently from their definitions
+// (Python's integers, the same seeds).
 #include <zlib.h>
 
 #include <algorithm>
