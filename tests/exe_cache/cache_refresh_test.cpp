@@ -1,6 +1,5 @@
 // Whole refreshes from a synthetic network share in a temporary folder into a real cache,
 // and the kzLocalCache command as a process.
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <iterator>

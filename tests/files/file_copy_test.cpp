@@ -176,6 +176,12 @@ TEST(CopyStats, TotalsSettingsAndTheStatusLine) {
         one.addCopy(0, ms);
         EXPECT_EQ(std::string(one.statusText().asChar()), "1 files copied ( 0.00 MiB. " + time + ". 0.000 MiB/s. Copy speed setting: 100% )");
     }
+    // The setting is rounded half away from zero: 0.6 % is 1 %, -0.6 % is -1 %.
+    for (const auto& [pauseMs, setting] : {std::pair<int, std::string>{994, "1"}, {1006, "-1"}}) {
+        _kzCopyStats one{};
+        one.addCopyThrottled(0x100000, 1000, pauseMs, 0);
+        EXPECT_EQ(std::string(one.statusText().asChar()), "1 files copied ( 1.00 MiB. 1.00s. 1.000 MiB/s. Copy speed setting: " + setting + "% )") << pauseMs;
+    }
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <string>
 
 #include <gtest/gtest.h>
 

@@ -231,6 +231,7 @@ TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     table.removeAt(2); // behind the records in use: nothing
     EXPECT_EQ(table.count, 2);
     EXPECT_EQ(table.at(1)->pid, 9u);
+    EXPECT_EQ(table.indexOfPid(8), -1); // the record removed is no longer found
 }
 
 } // namespace

@@ -93,6 +93,12 @@ TEST(Records, WhereTheOlderLayoutsKeepTheirLength) {
     even6.clear();
     EXPECT_EQ(even6.data[7], 'f');
     EXPECT_EQ(even6.data[0], 0);
+    // A current record takes an older one over, its text ended behind the length.
+    const _kzString8_allSize<6> current(_kzString8_UnevenSize_old<6>("abc"));
+    EXPECT_STREQ(current.asChar(), "abc");
+    const _kzString<6> current16(_kzString_old<6>("abc"));
+    EXPECT_EQ(textOf(current16), "abc");
+    EXPECT_EQ(current16.data[3], 0);
 }
 
 TEST(Records, NumbersPadBeforeTheSignAndStopAtTheCapacity) {

@@ -5,7 +5,6 @@
 // the model's text; searches and comparisons must agree with the model. Under
 // AddressSanitizer any access outside a record is caught as well.
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>

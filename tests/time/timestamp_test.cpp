@@ -130,6 +130,7 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
         {"day 40 is the 31st", t.setLocal(0, 0, 12, 40, 7, 2021), 1627725600},
         {"month 14: February of the next year", t.setDateWrap(10, 14, 2020, true), 1612911600},
         {"month 0: December of the year before", t.setDateWrap(10, 0, 2020, true), 1575932400},
+        {"month 13 of 3000: January, in a year held at 3000", t.setDateWrap(10, 13, 3000, true), 32504454000},
         {"a build stamp", t.parseBuildStamp("jan  5 2021", "14:05:09"), 1609851909},
         {"no month", t.parseBuildStamp("Foo  5 2021", "14:05:09"), 0},
         {"no minute", t.parseBuildStamp("Jan  5 2021", "14:x5:09"), 0}};
