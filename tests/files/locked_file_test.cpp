@@ -58,6 +58,10 @@ TEST(LockedFile, ABudgetOfPollsAStaleRuleAndWhatIsWritten) {
     EXPECT_FALSE(shortLock.lock(0, text250("me"), nullptr, false)); // not recursive
     shortLock.unlock();
     EXPECT_EQ(readFile(lockFile), "<missing>");
+    writeFile(lockFile, "left behind");
+    EXPECT_EQ(textOf(shortLock.deleteLockFile()), ""); // deleted: nothing to say
+    EXPECT_EQ(readFile(lockFile), "<missing>");
+    EXPECT_EQ(textOf(shortLock.deleteLockFile()), ""); // none there: nothing to say either
 
     // The wide variant turns backslashes into slashes; a folder at the lock path, or a
     // folder that is missing, fails the lock instead of waiting on it.

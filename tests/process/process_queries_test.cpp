@@ -105,8 +105,8 @@ TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
     // and 1572352 bytes 1536 KiB.
     const uint64_t megabytes[][2] = {{523775, 0}, {523776, 1}, {1572351, 1}, {1572352, 2}};
     for (const auto& [bytes, mb] : megabytes) EXPECT_EQ(kzMemoryMB(bytes), static_cast<int>(mb)) << bytes << " bytes";
-    after->measureInterval = 0; // no interval: false, and 0
-    EXPECT_FALSE(after->cpuPercent(unset, 1, *before, 0));
+    after->clearMeasureInterval(); // no interval: false, and 0
+    EXPECT_FALSE(after->cpuPercent(unset, after->indexOfPid(busy, false), *before, 0));
     EXPECT_EQ(unset, 0.0f);
     EXPECT_EQ(after->measureProcessChecked(0), 1);           // the first entry is never measured
     EXPECT_EQ(after->measureProcessChecked(after->count), 0); // behind the last: no entry
