@@ -116,7 +116,7 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     KZ_NEEDS_OWN_PROCESSES();
     Processes p;
     uint64_t pid = 7;
-    p.start("kzServerconsole");
+    const pid_t first = p.start("kzServerconsole");
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     auto snapshot = std::make_unique<_kzProcessSnapshot>();
     snapshot->measureStarted = 1;
@@ -125,6 +125,9 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     EXPECT_TRUE(snapshot->update());
     EXPECT_FALSE(snapshot->isRunningTwice(Name("kzServerconsole"), &pid)); // the second collection replaced the first
     p.start("kzServerconsole");
+    Name console("kzServerconsole"), root("root");
+    EXPECT_TRUE(snapshot->findByNameAndOwner(console, root, true, &pid));
+    EXPECT_EQ(pid, static_cast<uint64_t>(first)); // the first of two
     EXPECT_TRUE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     EXPECT_EQ(pid, 0u);
     EXPECT_FALSE(_kzProcessSnapshot::isMoreThanTwoRunning(Name("kzServer"), true)); // exactly two

@@ -131,7 +131,11 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
         {"month 14: February of the next year", t.setDateWrap(10, 14, 2020, true), 1612911600},
         {"month 0: December of the year before", t.setDateWrap(10, 0, 2020, true), 1575932400},
         {"month 13 of 3000: January, in a year held at 3000", t.setDateWrap(10, 13, 3000, true), 32504454000},
+        {"month 36: December two years on", t.setDateWrap(10, 36, 2020, true), 1670626800},
+        {"month -12: December two years back", t.setDateWrap(10, -12, 2020, true), 1544396400},
         {"a build stamp", t.parseBuildStamp("jan  5 2021", "14:05:09"), 1609851909},
+        {"a build stamp in July", t.parseBuildStamp("Jul 15 2021", "12:34:56"), kSummer},
+        {"a build stamp's year below 0: the fallback year", t.parseBuildStamp("Jan  5 -1", "14:05:09"), 1388927109},
         {"no month", t.parseBuildStamp("Foo  5 2021", "14:05:09"), 0},
         {"no minute", t.parseBuildStamp("Jan  5 2021", "14:x5:09"), 0}};
     for (const Number& n : numbers) EXPECT_EQ(n.got, n.expected) << n.what;
