@@ -12,8 +12,8 @@ namespace {
 int removeEntry(const char* path, const struct stat*, int, FTW*) { return ::remove(path); }
 } // namespace
 
-TempDir::TempDir() {
-    const char* base = std::getenv("TMPDIR");
+TempDir::TempDir(const char* base) {
+    if (!base) base = std::getenv("TMPDIR");
     std::string pattern = std::string(base && *base ? base : "/tmp") + "/kz_test_XXXXXX";
     if (!mkdtemp(pattern.data())) ADD_FAILURE() << "mkdtemp failed for " << pattern;
     path_ = pattern;

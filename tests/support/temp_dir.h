@@ -1,12 +1,12 @@
-// A real folder in the system's temporary directory, removed with everything in it when
-// the object goes.
+// A real folder in the system's temporary directory (or in `base`), removed with everything
+// in it when the object goes.
 #pragma once
 
 #include <string>
 
 class TempDir {
 public:
-    TempDir();
+    explicit TempDir(const char* base = nullptr);
     ~TempDir();
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
