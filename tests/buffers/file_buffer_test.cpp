@@ -89,7 +89,7 @@ TEST(FileBuffer, SearchesFindWhatStdStringFinds) {
     const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     const auto text = [&](int maxLength) {
         std::string t;
-        for (int n = pick(maxLength + 1); n > 0; --n) t += "abAB~z\xE4\xC4"[pick(8)];
+        for (int n = pick(maxLength + 1); n > 0; --n) t += "abAB~zZ\xE4\xC4"[pick(9)];
         return t;
     };
     const auto upper = [](std::string t) {

@@ -122,6 +122,7 @@ TEST(ProcessTable, StoredRecordsTheQuestionsByNameAndPidAndTheSorts) {
     table->storeRawProcesses(raw.data(), 3);
     EXPECT_EQ(table->entries[2].memoryMB, 0); // not measured yet
     table->entries[1].memoryMB = 2001;
+    table->entries[2].memoryMB = 2000; // not more than 2000
     table->fillOwners(true);
     for (const auto& [index, owner] : {std::pair<int, std::string>{0, "root"}, {1, "root"}, {2, ""}})
         EXPECT_EQ(table->entries[index].owner.asChar(), owner) << index;

@@ -181,8 +181,8 @@ TEST(ProcessQueries, TheLoadTableOverRounds) {
         int64_t second, ms;
         bool behind;
         float percent;
-    } rounds[] = {{10, 2, 1000, 1000500, false, 0},     // never taken over: not behind; only stored
-                  {12, 3, 1000, 1000600, true, 50},     // a later tenth of the same second
+    } rounds[] = {{1, 2, 1000, 1000500, false, 0},      // never taken over: not behind; only stored
+                  {3, 3, 1000, 1000600, true, 50},      // a later tenth of the same second
                   {13, 2.5, 1001, 1001000, true, 0},    // a later second; CPU time went back
                   {14, 2002.5, 1001, 1001050, true, 102400}, // the same tenth, a later measurement
                   {14, 2003, 1001, 1001050, false, 0},   // nothing later: no interval

@@ -60,6 +60,7 @@ TEST(TextRules, MidTrimFieldsParsingAndHex) {
     EXPECT_EQ(S8("80").toIntFromHex(8, true, false, &ok), -128); // a byte, sign-extended
     EXPECT_EQ(S8("12x").toInt64(&ok), 0);
     EXPECT_FALSE(ok);
+    EXPECT_EQ(S8("12x").toInt(nullptr), 12); // without an answer asked for, as the C parser reads it
 }
 
 // The fraction's digits keep their own sign and may grow by the rounding; zeros fill up to
