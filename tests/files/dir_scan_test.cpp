@@ -95,6 +95,7 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     scan.releaseSnapshot();
     scan.rewind();
     EXPECT_FALSE(scan.next());
+    EXPECT_EQ(scan.fileTime().value, 0); // no entry: no time
 }
 
 

@@ -25,6 +25,9 @@ TEST(FileProbes, InfoDeleteSetTimeAndMove) {
     EXPECT_FALSE(fileInfo(wide(dir.path()), &time, &size)); // a folder reads as a missing file
     EXPECT_EQ(time.value, 0);
     EXPECT_EQ(size, 0);
+    _kzFileStamp stamp{1, 1, 1};
+    EXPECT_FALSE(fileStamp(narrow(dir.path()), &stamp)); // and has no stamp
+    EXPECT_EQ(stamp.seconds, 0);
     EXPECT_FALSE(fileExists(wide(dir.file("none"))));
     makeSocket(dir.file("socket")); // its mode carries the folder bit, which makes a folder here
     EXPECT_FALSE(fileExists(wide(dir.file("socket"))));

@@ -58,6 +58,7 @@ TEST(LockedFile, ABudgetOfPollsAStaleRuleAndWhatIsWritten) {
     EXPECT_FALSE(shortLock.lock(0, text250("me"), nullptr, false)); // not recursive
     shortLock.unlock();
     EXPECT_EQ(readFile(lockFile), "<missing>");
+    EXPECT_EQ(shortLock.lastError, 0); // the failed second lock's error is over
     writeFile(lockFile, "left behind");
     EXPECT_EQ(textOf(shortLock.deleteLockFile()), ""); // deleted: nothing to say
     EXPECT_EQ(readFile(lockFile), "<missing>");

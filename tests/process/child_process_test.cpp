@@ -61,11 +61,11 @@ TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
     // Each child says its second part once the test has created the file "go".
     TempDir dir;
     const std::string go = dir.file("go"), waitGo = "; while [ ! -e " + go + " ]; do sleep 0.02; done; ";
-    Shell pieces("printf 'ab\\ncd'" + waitGo + "printf 'ef\\r'");
-    Shell tails("printf 'x\\n%0999d' 0" + waitGo + "printf '\\ny\\n%01000d' 0; sleep 0.3");
+    Shell pieces("printf 'ab\\n\\ncd'" + waitGo + "printf 'ef\\r'");
+    Shell tails("printf '\\n%0999d' 0" + waitGo + "printf '\\ny\\n%01000d' 0; sleep 0.3");
     EXPECT_GT(pieces.pid, 0);
-    EXPECT_EQ(pieces.take(), "ab\n"); // what it said while starting; "cd" waits
-    EXPECT_EQ(tails.take(), "x\n");   // 999 bytes behind the line end are held back ...
+    EXPECT_EQ(pieces.take(), "ab\n\n"); // what it said while starting, an empty line too; "cd" waits
+    EXPECT_EQ(tails.take(), "\n");    // a lone line end; the 999 bytes behind it are held back ...
     writeFile(go, "");
     EXPECT_EQ(pieces.collect(5), "cdef\n");
     EXPECT_EQ(tails.collect(2002), std::string(999, '0') + "\ny\n" + std::string(1000, '0')); // ... 1000 are not
@@ -135,6 +135,14 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
         _exit(quiet.pid > 0 && quiet.take() + quiet.collect(0) == "" && ::read(0, rest, sizeof rest) == 13 ? 0 : 1);
     };
     EXPECT_EXIT(withoutDescriptors(), ::testing::ExitedWithCode(0), "");
+    // A caller whose standard streams are all closed, as a daemon's may be, still captures.
+    const auto withoutStandardStreams = [] {
+        for (int fd = 0; fd <= 2; ++fd) ::close(fd);
+        Shell quiet("echo out");
+        waitpid(quiet.pid, nullptr, 0);
+        _exit(quiet.take() + quiet.collect(4) == "out\n" ? 0 : 1);
+    };
+    EXPECT_EXIT(withoutStandardStreams(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(ChildProcess, FreeChildrenReplacedProcessesAndNothingLeftBehind) {

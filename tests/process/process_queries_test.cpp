@@ -181,12 +181,12 @@ TEST(ProcessQueries, TheLoadTableOverRounds) {
         int64_t second, ms;
         bool behind;
         float percent;
-    } rounds[] = {{1, 2, 1000, 1000500, false, 0},      // never taken over: not behind; only stored
-                  {3, 3, 1000, 1000600, true, 50},      // a later tenth of the same second
-                  {13, 2.5, 1001, 1001000, true, 0},    // a later second; CPU time went back
-                  {14, 2002.5, 1001, 1001050, true, 102400}, // the same tenth, a later measurement
-                  {14, 2003, 1001, 1001050, false, 0},   // nothing later: no interval
-                  {15, 2004, 1000, 1000000, false, 100}};  // an older snapshot
+    } rounds[] = {{1, 2, 1000, 1000500, false, 0},              // never taken over: not behind; only stored
+                  {3, 2.015625, 1000, 1000600, true, 0.78125},   // a later tenth of the same second; below 1 %
+                  {13, 2, 1001, 1001000, true, 0},               // a later second; CPU time went back
+                  {14, 2002.5, 1001, 1001050, true, 102400},     // the same tenth, a later measurement
+                  {14, 2003, 1001, 1001050, false, 0},           // nothing later: no interval
+                  {15, 2004, 1000, 1000000, false, 100}};        // an older snapshot
     for (const auto& round : rounds) {
         list->measureTime = round.measureTime;
         list->entries[0].cpuSeconds = round.cpuSeconds;
@@ -235,6 +235,17 @@ TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
     EXPECT_EQ(table.count, 2);
     EXPECT_EQ(table.at(1)->pid, 9u);
     EXPECT_EQ(table.indexOfPid(8), -1); // the record removed is no longer found
+    // A copy of a list takes over every field up to the measurement's start, that one included
+    // (a new list has started its first measurement).
+    auto from = std::make_unique<_kzProcessList>(false), to = std::make_unique<_kzProcessList>(false);
+    from->measureStarted = 0;
+    to->copyFrom(*from);
+    EXPECT_EQ(to->measureStarted, 0);
+    // Second 1 is a snapshot's time like any other: a list of second 2 is newer.
+    from->snapshotTime.value = 1;
+    table.takeSnapshotTime(*from);
+    from->snapshotTime.value = 2;
+    EXPECT_TRUE(table.isBehind(*from));
 }
 
 } // namespace
