@@ -29,6 +29,8 @@ TEST(Records, EveryWayInCutsAtCapacityAndAFullRecordTakesNoMore) {
     EXPECT_EQ(textOf(_kzString<5>(_kzString<500>("abcdefgh").asUni())), "abcde"); // capacities meet by views
     assigned = static_cast<_kzString8_Uni_pointer*>(nullptr);
     EXPECT_EQ(textOf(assigned), ""); // no view at all: empty
+    assigned.fromChar(nullptr, 3);
+    EXPECT_EQ(assigned.length, 0); // nor any text
     _kzString8_allSize<8> unterminated;
     std::memset(unterminated.data, 'x', sizeof unterminated.data);
     unterminated.calcLength();
@@ -73,6 +75,8 @@ TEST(Records, CaseRulesAreAsciiOnly) {
     _kzString8_allSize<30> s("aAbBa");
     s.replace('a', '-');
     EXPECT_EQ(textOf(s), "--bB-"); // both cases found, the replacement taken as given
+    EXPECT_EQ(s.count('-'), 3);
+    EXPECT_EQ(s.countCaseSen('b'), 1);
     EXPECT_FALSE(_kzString<10>("\xE4").isEqual("\xE4", 1)); // a sign-extended byte meets no character
 }
 
@@ -96,6 +100,7 @@ TEST(Records, WhereTheOlderLayoutsKeepTheirLength) {
     // A current record takes an older one over, its text ended behind the length.
     const _kzString8_allSize<6> current(_kzString8_UnevenSize_old<6>("abc"));
     EXPECT_STREQ(current.asChar(), "abc");
+    EXPECT_TRUE(current == _kzString8_UnevenSize_old<6>("abc"));
     const _kzString<6> current16(_kzString_old<6>("abc"));
     EXPECT_EQ(textOf(current16), "abc");
     EXPECT_EQ(current16.data[3], 0);
