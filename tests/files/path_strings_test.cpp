@@ -24,7 +24,8 @@ TEST(PathStrings, FolderAndFileNameUpToTheRootsOfDrivesAndShares) {
                            {"a\\b/c", "a\\b/"},
                            {"//server/share/x", "//server/share/"},
                            {"//server/share/a/b", "//server/share/a/"},
-                           {"//server/share", "//server/share"}};
+                           {"//server/share", "//server/share"},
+                           {"//server//x", "//server//"}}; // a share without a name
     for (const Row& row : folders) {
         EXPECT_EQ(textOf(pathFolder(narrow(row.path))), row.expected) << "8-bit folder of " << row.path;
         EXPECT_EQ(textOf(pathFolder(wide(row.path))), row.expected) << "16-bit folder of " << row.path;
