@@ -40,7 +40,7 @@ TEST(FileBuffer, GrowthTheLimitTheCursorOfACopyAndErrorTexts) {
     assigned = source;
     EXPECT_EQ(bytesOf(assigned), bytesOf(source).replace(24, 4, 4, '\0'));
     struct Case { int code; const char* text; };
-    for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-104, "Unable to read data from file!"},
+    for (const Case& c : {Case{0, "No Error"}, Case{-100, "Unable to allocate memory"}, Case{-102, "Wrong File Header"}, Case{-104, "Unable to read data from file!"},
                           Case{-107, "File does not exists!"},
                           Case{-1000, "File error: End of file reached!"}, Case{-1001, "File error 1."},
                           Case{-50, "unknown error -50."}})
