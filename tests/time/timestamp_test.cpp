@@ -81,6 +81,7 @@ TEST(Timestamp, CalendarFieldsAndEveryTextIncludingUnsetAndInvalidValues) {
         {"dayMonthYearText of 0", textOf(unset.dayMonthYearText()), "-.-"},
         {"dayMonthYearText below 0", textOf(invalid.dayMonthYearText()), "--.-"},
         {"stampTenSeconds", textOf(summer.stampTenSeconds()), "0715_12345"},
+        {"stampTenSeconds at ten seconds", textOf(_kzTime(kSummer + 14, true).stampTenSeconds()), "0715_12351"},
         {"stampTenSeconds of 0", textOf(unset.stampTenSeconds()), "000000_000"},
         {"stampSeconds", textOf(summer.stampSeconds()), "0715_123456"},
         {"stampSeconds of 0", textOf(unset.stampSeconds()), "000000_0000"},
@@ -126,9 +127,12 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
         {"21 means 2021", t.setLocal(0, 0, 13, 15, 1, 21), kWinter},
         {"99 means 2099", t.setLocal(0, 0, 0, 1, 1, 99), 4070905200},
         {"below 1990: a century on", t.setLocal(0, 0, 0, 1, 1, 1985), 3629142000},
+        {"1990 itself stays", t.setLocal(0, 0, 0, 1, 1, 1990), 631148400},
         {"below 0: the fallback year 2014", t.setLocal(0, 0, 10, 1, 3, -1), 1393664400},
         {"day 40 is the 31st", t.setLocal(0, 0, 12, 40, 7, 2021), 1627725600},
         {"month 14: February of the next year", t.setDateWrap(10, 14, 2020, true), 1612911600},
+        {"month 1 stays", t.setDateWrap(10, 1, 2020, true), 1578610800},
+        {"month 25: January two years on", t.setDateWrap(10, 25, 2020, true), 1641769200},
         {"month 0: December of the year before", t.setDateWrap(10, 0, 2020, true), 1575932400},
         {"month 13 of 3000: January, in a year held at 3000", t.setDateWrap(10, 13, 3000, true), 32504454000},
         {"month 36: December two years on", t.setDateWrap(10, 36, 2020, true), 1670626800},
@@ -137,6 +141,7 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
         {"a build stamp in July", t.parseBuildStamp("Jul 15 2021", "12:34:56"), kSummer},
         {"a build stamp's year below 0: the fallback year", t.parseBuildStamp("Jan  5 -1", "14:05:09"), 1388927109},
         {"no month", t.parseBuildStamp("Foo  5 2021", "14:05:09"), 0},
+        {"no month: no time kept", t.value, 0}, // the rows are read from top to bottom
         {"no minute", t.parseBuildStamp("Jan  5 2021", "14:x5:09"), 0}};
     for (const Number& n : numbers) EXPECT_EQ(n.got, n.expected) << n.what;
 }
@@ -155,6 +160,7 @@ TEST(Timestamp, ComparisonsAtTheirBoundariesAndSpecialValues) {
                               {"seconds to an unset time", a.secondsTo(unset), 2000000000},
                               {"minutes to an unset time", a.minutesTo(unset), 33333333},
                               {"hours to an unset time", a.hoursTo(unset), 555555},
+                              {"hours to second 1, which is set", a.hoursTo(_kzTime(int64_t(1), true)), 0},
                               {"minutes back", b.minutesTo(a), -122},
                               {"hours on", a.hoursTo(b), 2},
                               {"absolute seconds back", b.absSecondsTo(a), 7322}};
