@@ -30,10 +30,11 @@ std::string bundleFiles(const std::string& contents, const std::string& name) {
 }
 
 // root/apps/bin/ holds the executables with lib/ and platforms/; root/ holds the plug-ins
-// and render configuration; root/Lx64 leads to the same bin/ under a platform word.
+// and render configuration; root/Lx64 leads to the same bin/ under a platform word. The
+// cache's parent does not exist yet: the refresh makes it too.
 struct Share {
     TempDir dir;
-    std::string root = dir.path() + "/net/", bin = root + "apps/bin/", cache = dir.path() + "/cache/";
+    std::string root = dir.path() + "/net/", bin = root + "apps/bin/", cache = dir.path() + "/local/cache/";
 
     Share() {
         const std::string icon = "kzViewer.app/Contents/";
