@@ -224,7 +224,7 @@ TEST(ProcessQueries, TheLoadTableOverRounds) {
     }
 }
 
-TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUp) {
+TEST(ProcessQueries, TheLoadTableStartsUnsetAndMovesRecordsUpAndAListCopiesWhole) {
     _kzProcessLoadTable table(4);
     EXPECT_EQ(static_cast<long long>(table.snapshotTimeMS.value), 0); // unset until a list is taken over
     table.count = 3;
