@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -35,6 +36,19 @@ TEST(PlatformGlue, TheExecutableFolderFromTheSystemOrFromArgv0) {
     const std::string text = textOf(folder);
     ASSERT_GE(text.size(), 16u);
     EXPECT_EQ(text.substr(text.size() - 16), "/tests/platform/");
+    // The system's answer whole and terminated in a buffer with a byte to spare; one byte
+    // less might have cut it, and gives nothing.
+    char* const self = ::realpath("/proc/self/exe", nullptr);
+    ASSERT_NE(self, nullptr);
+    const int length = static_cast<int>(std::strlen(self));
+    const std::pair<int, std::string> paths[] = {{length + 1, ""}, {length + 2, self}};
+    std::free(self);
+    for (const auto& [size, expected] : paths) {
+        std::string buffer(4096, '/');
+        const bool found = kzExecutablePath_OS(&buffer[0], size);
+        EXPECT_EQ(found, !expected.empty()) << "size " << size;
+        EXPECT_EQ(found ? std::string(buffer.c_str()) : "", expected) << "size " << size;
+    }
     Folder bundle("/Applications/App.app/Contents/MacOS/app"); // a system answer is kept
     EXPECT_TRUE(kzResolveExecutableFolder(bundle, "ignored"));
     EXPECT_EQ(textOf(bundle), "/Applications/App.app/Contents/MacOS/");
@@ -44,11 +58,14 @@ TEST(PlatformGlue, TheExecutableFolderFromTheSystemOrFromArgv0) {
     char before[4096];
     ASSERT_NE(::getcwd(before, sizeof before), nullptr);
     ASSERT_EQ(::chdir("/usr/lib"), 0);
+    std::string climbs; // more "../" than the working folder has levels: the first folder stays
+    for (int i = 0; i < 60; ++i) climbs += "../";
     const std::pair<std::string, std::string> rows[] = {
         {"abc", ""}, // too short: not found
         {"/usr/bin/kz", "/usr/bin/"},   {"C:/x/kz", "C:/x/"},     {"kzServer", "kzServer/"},
         {"./kz", "/usr/lib/"},          {"../bin/kz", "/usr/bin/"}, {"../../kz", "/usr/"},
-        {"//srv/share/kz", "//srv/share/"}, {"//srv/kz", "//srv/kz/"}};
+        {"//srv/share/kz", "//srv/share/"}, {"//srv/kz", "//srv/kz/"},
+        {climbs + "usr/kz", "/usr/usr/"}};
     for (const auto& [argv0, expected] : rows) {
         Folder found;
         EXPECT_EQ(kzResolveExecutableFolder(found, argv0.c_str()), !expected.empty()) << argv0;
