@@ -31,6 +31,24 @@ TEST(FileBuffer, GrowthTheLimitTheCursorOfACopyAndErrorTexts) {
     b.appendChunked("!", 1);
     EXPECT_EQ(b.capacity, 7 + 10240);
     EXPECT_EQ(content(b), "abcdef!");
+    // Data set goes to the start, over what was there, and the size stays the caller's.
+    _kzFileBuffer set;
+    ASSERT_TRUE(set.append("abc", 3));
+    EXPECT_TRUE(set.setData("x", 1));
+    EXPECT_FALSE(set.setData("y", -1));
+    EXPECT_EQ(content(set), "xbc");
+    char start[2] = {};
+    set.getData(start, 2);
+    EXPECT_EQ(std::string(start, 2), "xb");
+    // A chunked append grows by 10240 bytes behind what it needs, up to the limit exactly
+    // (the data in front is taken as it stands; only the last page is touched).
+    constexpr int32_t limit = _kzFileBuffer::maxBufferSize;
+    for (const auto& [before, capacity] : {std::pair<int32_t, int32_t>{limit - 10241, limit}, {limit - 10240, 0}}) {
+        _kzFileBuffer edge;
+        edge.header.size = before;
+        edge.appendChunked("!", 1);
+        EXPECT_EQ(edge.capacity, capacity) << "after " << before << " bytes";
+    }
     // A new header is zero but for its version, 1; assigned, it copies every byte but the
     // read cursor's, which starts again.
     const auto bytesOf = [](const _kzFileHeader& h) { return std::string(reinterpret_cast<const char*>(&h), sizeof h); };

@@ -75,7 +75,7 @@ TEST(FileProbes, FoldersExistAndAreMadeWithTheirParents) {
     ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
     const auto createDenied = [&] {
         if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(2);
-        _exit(!folderCreate(narrow(dir.file("new")), true) && errno == EACCES ? 0 : 1);
+        _exit(folderCreate(narrow(dir.file("new")), true) ? 1 : errno != EACCES ? 3 : 0);
     };
     EXPECT_EXIT(createDenied(), ::testing::ExitedWithCode(0), "");
     ::chmod(dir.path().c_str(), 0755);

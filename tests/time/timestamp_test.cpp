@@ -65,7 +65,8 @@ TEST(Timestamp, CalendarFieldsAndEveryTextIncludingUnsetAndInvalidValues) {
                               {"the day 17 days on", summer.dayOfMonth(17), 1},
                               {"weekday, Monday 0", summer.weekday(), 3},
                               {"a Sunday", _kzTime(kSummer + 3 * 86400, true).weekday(), 6},
-                              {"32-bit hour", summer32.toTm().tm_hour, 12}};
+                              {"32-bit hour", summer32.toTm().tm_hour, 12},
+                              {"32-bit hour an hour on", [&] { tm out{}; summer32.toTmPlus(out, 3600); return out.tm_hour; }(), 13}};
     for (const Number& n : numbers) EXPECT_EQ(n.got, n.expected) << n.what;
     const Text texts[] = {
         {"dateTimeText", textOf(summer.dateTimeText()), "07.15. 12:34.56"},
@@ -105,7 +106,8 @@ TEST(Timestamp, LocalArithmeticByTheCachedOffset) {
     _kzTime32 t32;
     t32.value = 1626382770u;
     int64_t now = 1626382770 + 100;
-    const Number numbers[] = {{"a day later 30 s on", t.dayNumber(30) - t.dayNumber(0), 1},
+    const Number numbers[] = {{"day number", t.dayNumber(0), 18823},
+                              {"the next day 30 s on", t.dayNumber(30), 18824},
                               {"minute of the day", t.minuteOfDay(), 1439},
                               {"second of the day", t.secondOfDay(0), 86370},
                               {"hour of the day", t.hourOfDay(), 23},
