@@ -80,7 +80,9 @@ TEST(FileBuffer, InsertionsReadsAndClones) {
         EXPECT_EQ(content(b), row.expected);
     }
     char got[8] = {};
-    EXPECT_TRUE(b.readNext(got, 2));
+    EXPECT_TRUE(b.readNext(got, 1));
+    EXPECT_EQ(got[0], 'a');
+    EXPECT_TRUE(b.readNext(got, 1));
     EXPECT_FALSE(b.readNext(got, 6)); // one more than is left
     EXPECT_FALSE(b.readNext(got, -1));
     EXPECT_TRUE(b.readNext(got, 5)); // exactly to the end

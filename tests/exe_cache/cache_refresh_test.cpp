@@ -1,6 +1,10 @@
 // Whole refreshes from a synthetic network share in a temporary folder into a real cache,
 // and the kzLocalCache command as a process.
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <filesystem>
 #include <iterator>
 #include <map>
@@ -159,6 +163,21 @@ TEST(CacheRefresh, MissingFoldersAndTheCommand) {
     writeFile(share.dir.file("file"), "x");
     share.cache = share.dir.file("file/cache/");
     EXPECT_EQ(share.refresh(other), other + "KZ local cache folder not found! " + share.cache + "\n");
+    // A cache folder that another user made can't be opened to everybody: said with the reason.
+    // Only root can make a folder of another user; an unprivileged user refreshes there.
+    if (geteuid() == 0) {
+        ::chmod(share.dir.path().c_str(), 0755);
+        share.cache = share.dir.file("owned/");
+        ::mkdir(share.cache.c_str(), 0755);
+        ::chmod(share.cache.c_str(), 0777); // everybody may make folders in it; "platforms" is root's
+        ::mkdir((share.cache + "platforms").c_str(), 0755);
+        const auto notOwner = [&] {
+            if (setgid(65534) != 0 || setuid(65534) != 0) _exit(2);
+            std::fputs(share.refresh(other).c_str(), stderr);
+            _exit(0);
+        };
+        EXPECT_EXIT(notOwner(), ::testing::ExitedWithCode(0), "Unable to set access rights for folder .*/owned/platforms! Operation not permitted\n$");
+    }
 
     // The platform folder is made and opened to everybody even with no file to copy into it.
     const std::string cache = share.dir.file("cmd");

@@ -149,6 +149,14 @@ TEST(FileCopy, TheTailOfTheLastChunkThatHeldData) {
         EXPECT_EQ(kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), row.length), row.expected)
             << row.length << " bytes, " << row.zeros.size() << " zeros";
     }
+    // From 501 bytes on, each of the seven places must hold a zero.
+    const long places[] = {1, 50, 200, 201, 202, 500, 501};
+    for (const long missing : places) {
+        std::string chunk(600, 'x');
+        for (const long place : places)
+            if (place != missing) chunk[static_cast<size_t>(600 - place)] = 0;
+        EXPECT_FALSE(kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), 600)) << "no zero " << missing << " from the end";
+    }
     TempDir dir;
     writeFile(dir.file("zeros"), std::string(5000, 'a') + std::string(600, '\0'));
     writeFile(dir.file("empty"), "");

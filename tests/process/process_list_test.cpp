@@ -128,6 +128,8 @@ TEST(ProcessTable, StoredRecordsTheQuestionsByNameAndPidAndTheSorts) {
         EXPECT_EQ(table->entries[index].owner.asChar(), owner) << index;
     table->skipLoad = 1;
     EXPECT_EQ(table->measureProcessChecked(2), 1); // a table that skips the load measures nothing
+    table->clearSkipLoad();
+    EXPECT_EQ(table->skipLoad, 0);
 }
 
 // A real failure of the kernel read: with no file descriptor left, /proc can't be opened.

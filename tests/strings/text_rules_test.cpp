@@ -58,6 +58,7 @@ TEST(TextRules, MidTrimFieldsParsingAndHex) {
     EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);
     EXPECT_EQ(textOf(field), "12");
     EXPECT_EQ(S8("80").toIntFromHex(8, true, false, &ok), -128); // a byte, sign-extended
+    EXPECT_EQ(S8("FFFFFFFF").toIntFromHex(32, false, false, &ok), 0xFFFFFFFFLL); // read whole, not narrowed
     EXPECT_EQ(S8("12x").toInt64(&ok), 0);
     EXPECT_FALSE(ok);
     EXPECT_EQ(S8("12x").toInt(nullptr), 12); // without an answer asked for, as the C parser reads it
