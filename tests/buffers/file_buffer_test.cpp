@@ -88,6 +88,7 @@ TEST(FileBuffer, InsertionsReadsAndClones) {
     EXPECT_TRUE(b.readNext(got, 5)); // exactly to the end
     EXPECT_EQ(std::string(got, 5), "cdefg");
     EXPECT_TRUE(b.readNext(got, 0));
+    EXPECT_TRUE(_kzFileBuffer().readNext(got, 0)); // an empty buffer has no data to read from
     b.header.readPos = 3;
     _kzFileBuffer clone;
     clone.error = 5;

@@ -1,6 +1,9 @@
 // Modes and owners set on real files, as root hands them to other users.
 #include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -48,6 +51,38 @@ TEST(AccessRights, ModesOwnersAndTheWheelGroup) {
     EXPECT_EQ(setGroupWheel660(narrow(file)), wheel != nullptr);
     EXPECT_EQ(setOwnerGroupWheel770(wide(file), "root"), wheel != nullptr);
     EXPECT_EQ(mode(), wheel ? 0770u : 0600u); // without a group "wheel" nothing changes
+}
+
+// With a group "wheel" (4242 here): a group file of the test's own is bound over /etc/group
+// in a mount namespace of a child's own, which the machine never sees. Only the forms that
+// name a user change the owner.
+TEST(AccessRights, TheWheelGroupWhereThereIsOne) {
+    if (geteuid() != 0) GTEST_SKIP() << "handing files to other users needs root";
+    TempDir dir;
+    const std::string file = dir.file("f"), groups = dir.file("group");
+    writeFile(file, "x");
+    writeFile(groups, readFile("/etc/group") + "wheel:x:4242:\n");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount(groups.c_str(), "/etc/group", nullptr, MS_BIND, nullptr) != 0)
+            _exit(2);
+        if (::chown(file.c_str(), 65534, 0) != 0) _exit(3);
+        const bool group660 = setGroupWheel660(narrow(file));
+        const struct stat kept = statOf(file);
+        const bool owner770 = setOwnerGroupWheel770(wide(file), "root");
+        const struct stat given = statOf(file);
+        const bool checks[] = {group660,          kept.st_uid == 65534,  kept.st_gid == 4242, (kept.st_mode & 07777) == 0660,
+                               owner770,          given.st_uid == 0,     given.st_gid == 4242, (given.st_mode & 07777) == 0770};
+        for (int i = 0; i < 8; ++i)
+            if (!checks[i]) _exit(10 + i);
+        _exit(0);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    if (code == 2) GTEST_SKIP() << "no mount namespace of its own here";
+    EXPECT_EQ(code, 0) << "10 and more: 10 + the index of the first check that failed";
 }
 
 } // namespace

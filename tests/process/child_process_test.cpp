@@ -63,14 +63,18 @@ TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
     const std::string go = dir.file("go"), waitGo = "; while [ ! -e " + go + " ]; do sleep 0.02; done; ";
     Shell pieces("printf 'ab\\n\\ncd'" + waitGo + "printf 'ef\\r'");
     Shell tails("printf '\\n%0999d' 0" + waitGo + "printf '\\ny\\n%01000d' 0; sleep 0.3");
+    Shell errors("printf 'e\\nf' >&2" + waitGo + "printf 'g\\n' >&2");
     EXPECT_GT(pieces.pid, 0);
     EXPECT_EQ(pieces.take(), "ab\n\n"); // what it said while starting, an empty line too; "cd" waits
     EXPECT_EQ(tails.take(), "\n");    // a lone line end; the 999 bytes behind it are held back ...
+    EXPECT_EQ(errors.collect(10), "StdErr: e\n"); // standard error's one-byte tail waits too
     writeFile(go, "");
     EXPECT_EQ(pieces.collect(5), "cdef\n");
+    EXPECT_EQ(errors.collect(11), "StdErr: fg\n");
     EXPECT_EQ(tails.collect(2002), std::string(999, '0') + "\ny\n" + std::string(1000, '0')); // ... 1000 are not
     Shell marked("echo one >&2; echo two >&2; printf 'a\\000b\\nx\\r\\n\\r\\n[y, and more text\\n'");
-    const std::string said = marked.take() + marked.collect(0);
+    std::string said = marked.take();
+    said += marked.collect(0);
     EXPECT_NE(said.find("StdErr: one\nStdErr: two\n"), std::string::npos) << said;
     EXPECT_NE(said.find("a b\nx  \r\n[y"), std::string::npos) << said; // a NUL, and an empty line squeezed
 }
@@ -79,6 +83,7 @@ TEST(ChildProcess, TheBufferIsCutAndTakenOnce) {
     Shell flood("head -c 200000 /dev/zero | tr '\\000' a; echo; sleep 0.3");
     while (flood.child.poll(nullptr)) {}
     EXPECT_EQ(flood.child.outputLength, _kzChildProcess::bufferSize() - 1);
+    EXPECT_EQ(flood.child.output[flood.child.outputLength], '\0'); // a text that ends there
     EXPECT_EQ(flood.take(10), std::string(10, 'a'));
     EXPECT_EQ(flood.take(), ""); // the rest went with it
     _kzString8_allSize<50> from("ab"), to("c"), one("a"), three("xyz");

@@ -87,11 +87,13 @@ TEST(Records, WhereTheOlderLayoutsKeepTheirLength) {
     _kzString8_evenSize_old<7> even7;
     _kzString8_UnevenSize_old<7> uneven7;
     _kzString8_UnevenSize_old<8> uneven8;
+    _kzString_old<6> wide6; // 16-bit characters: right behind the terminator
     const auto offset = [](const auto& r) { return reinterpret_cast<const char*>(&r.length) - reinterpret_cast<const char*>(&r); };
     EXPECT_EQ(offset(even6), 8);
     EXPECT_EQ(offset(even7), 10);
     EXPECT_EQ(offset(uneven7), 8);
     EXPECT_EQ(offset(uneven8), 10);
+    EXPECT_EQ(offset(wide6), 14);
     even6.data[7] = 'f'; // the filler
     even6 = _kzString8_evenSize_old<6>("abc");
     even6.clear();

@@ -24,6 +24,8 @@ TEST(TextRules, LowBytesOneCharacterAndNullPointers) {
     EXPECT_EQ(S8("abc").lastIndexOf('\0', -1), -1); // from the last character, not the terminator
     EXPECT_FALSE(S8("FILE.TXT").endsWith('t')); // one character compares exactly
     EXPECT_FALSE(_kzString8_allSize<6>("abcdef").startsWith("abcdefg"));
+    EXPECT_EQ(S8("abc").compare(S8("AB")), 1); // equal prefixes: exactly 1 for the longer
+    EXPECT_EQ(S8("ab").compare(S8("ABC")), -1); // and -1 for the shorter
     const char* none = nullptr;
     EXPECT_TRUE(S8("") != none);                      // the 8-bit form: a null pointer is unequal
     EXPECT_FALSE(S16("") == none); // the 16-bit form: neither equal
