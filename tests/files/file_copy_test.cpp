@@ -135,6 +135,7 @@ TEST(FileCopy, AWriteCutShortFailsAndLeavesAnOutdatedDestination) {
 // Which bytes, counted from the end, a chunk must have zero to look like unwritten zero fill,
 // by its length; and the report of a copy: of the last chunk that held data.
 TEST(FileCopy, TheTailOfTheLastChunkThatHeldData) {
+    const std::vector<long> longPlaces = {1, 50, 200, 201, 202, 500, 501}; // from 501 bytes on
     const struct {
         long length;
         std::vector<long> zeros;
@@ -142,18 +143,17 @@ TEST(FileCopy, TheTailOfTheLastChunkThatHeldData) {
     } rows[] = {{0, {}, false},           {1, {}, false},          {1, {1}, true},
                 {10, {1}, true},          {11, {1, 7}, false},     {11, {1, 7, 10}, true},
                 {300, {1, 7, 10}, true},  {301, {1, 7, 10}, false}, {301, {1, 50, 300}, true},
-                {500, {1, 50, 300}, true}, {501, {1, 50, 300}, false}, {600, {1, 50, 200, 201, 202, 500, 501}, true}};
+                {500, {1, 50, 300}, true}, {501, {1, 50, 300}, false}, {600, longPlaces, true}};
     for (const auto& row : rows) {
         std::string chunk(static_cast<size_t>(row.length), 'x');
         for (const long place : row.zeros) chunk[chunk.size() - static_cast<size_t>(place)] = 0;
         EXPECT_EQ(kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), row.length), row.expected)
             << row.length << " bytes, " << row.zeros.size() << " zeros";
     }
-    // From 501 bytes on, each of the seven places must hold a zero.
-    const long places[] = {1, 50, 200, 201, 202, 500, 501};
-    for (const long missing : places) {
+    // Each of the seven long places must hold a zero.
+    for (const long missing : longPlaces) {
         std::string chunk(600, 'x');
-        for (const long place : places)
+        for (const long place : longPlaces)
             if (place != missing) chunk[static_cast<size_t>(600 - place)] = 0;
         EXPECT_FALSE(kzTailLooksZero(reinterpret_cast<const unsigned char*>(chunk.data()), 600)) << "no zero " << missing << " from the end";
     }

@@ -73,8 +73,7 @@ TEST(ChildProcess, OutputArrivesInLinesWithTheUnfinishedOneHeldBack) {
     EXPECT_EQ(errors.collect(11), "StdErr: fg\n");
     EXPECT_EQ(tails.collect(2002), std::string(999, '0') + "\ny\n" + std::string(1000, '0')); // ... 1000 are not
     Shell marked("echo one >&2; echo two >&2; printf 'a\\000b\\nx\\r\\n\\r\\n[y, and more text\\n'");
-    std::string said = marked.take();
-    said += marked.collect(0);
+    const std::string said = marked.collect(0);
     EXPECT_NE(said.find("StdErr: one\nStdErr: two\n"), std::string::npos) << said;
     EXPECT_NE(said.find("a b\nx  \r\n[y"), std::string::npos) << said; // a NUL, and an empty line squeezed
 }
@@ -136,8 +135,7 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
         for (int fd = 0; fd >= 0 && fd < 62;) fd = ::dup(1); // 63 stays free: too few for a pipe, enough for sh to load
         Shell quiet("echo out");
         waitpid(quiet.pid, nullptr, 0);
-        std::string output = quiet.take();
-        output += quiet.collect(0);
+        const std::string output = quiet.collect(0);
         char rest[20] = {};
         // The status names the first check that failed.
         _exit(quiet.pid <= 0 ? 3 : !output.empty() ? 4 : ::read(0, rest, sizeof rest) != 13 ? 5 : 0);
@@ -148,9 +146,7 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
         for (int fd = 0; fd <= 2; ++fd) ::close(fd);
         Shell quiet("echo out");
         waitpid(quiet.pid, nullptr, 0);
-        std::string output = quiet.take();
-        output += quiet.collect(4);
-        _exit(output == "out\n" ? 0 : 1);
+        _exit(quiet.collect(4) == "out\n" ? 0 : 1);
     };
     EXPECT_EXIT(withoutStandardStreams(), ::testing::ExitedWithCode(0), "");
 }
