@@ -8,8 +8,10 @@
 # Takes one to two hours on 2 cores for some hundred faults: one full build, then for each
 # fault a rebuild of what it touches and a run of the suite (which stops at its first failing
 # test). A fault in a string header rebuilds almost everything; ccache, in a cache of the
-# check's own, makes the rebuild that takes the fault out again cost next to nothing. The
-# whole tool under valgrind is left out of these runs for time; everything else runs.
+# check's own, makes the rebuild that takes the fault out again cost next to nothing. A
+# fault the normal build survives is tried again under the sanitizers, as the test command
+# runs the suite both ways. The whole tool under valgrind is left out of these runs for
+# time; everything else runs.
 #
 # Usage: scripts/mutation-check.sh [--quick] [--from N] [mutations file]
 #   (from anywhere; the checkout is untouched; --from N starts at the N-th fault; --quick
@@ -41,16 +43,19 @@ export CCACHE_DIR="$work/ccache" CCACHE_MAXSIZE=2G
 kz_configure_options=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 source scripts/build-quietly.sh
 kz_build default
+kz_build asan
 
 left_out='^tool_under_valgrind$'
 [ -z "$quick" ] || left_out='^(tool_under_valgrind|share_fault_.*|debian_package|installed_libraries_consumer)$'
-suite() { ctest --preset default -j 6 --stop-on-failure -E "$left_out" >"$work/ctest.log" 2>&1; }
-echo "Baseline: the suite without faults"
-if ! suite; then
-  echo "The suite fails without any fault; see below." >&2
-  tail -30 "$work/ctest.log" >&2
-  exit 1
-fi
+suite() { ctest --preset "${1:-default}" -j 6 --stop-on-failure -E "$left_out" >"$work/ctest.log" 2>&1; }
+for preset in default asan; do
+  echo "Baseline: the suite without faults ($preset)"
+  if ! suite $preset; then
+    echo "The suite fails without any fault; see below." >&2
+    tail -30 "$work/ctest.log" >&2
+    exit 1
+  fi
+done
 
 total=0 caught=0 survivors=() invalid=() unbuilt=()
 # The list comes in on its own descriptor: a test that reads its standard input must not
@@ -74,12 +79,18 @@ while IFS= read -r entry <&3; do
   if ! cmake --build --preset default --parallel "$(nproc)" >"$work/build.log" 2>&1; then
     verdict="DOES NOT BUILD: $(grep -m1 'error:' "$work/build.log" | sed 's/^.*error: //' || echo '?')"
     unbuilt+=("$label")
-  elif suite; then
-    verdict="SURVIVED"
-    survivors+=("$label")
-  else
+  elif ! suite; then
     verdict="caught by $(grep -m1 -o -E '[0-9]+ - [^ ]+' "$work/ctest.log" | sed 's/^[0-9]* - //' || echo '?')"
     caught=$((caught + 1))
+  # The test command runs the suite under the sanitizers too, where a read or write outside
+  # a block fails a test that the normal build passes: a fault that survives the normal
+  # build is tried there before it counts as a survivor.
+  elif cmake --build --preset asan --parallel "$(nproc)" >"$work/build.log" 2>&1 && ! suite asan; then
+    verdict="caught under the sanitizers by $(grep -m1 -o -E '[0-9]+ - [^ ]+' "$work/ctest.log" | sed 's/^[0-9]* - //' || echo '?')"
+    caught=$((caught + 1))
+  else
+    verdict="SURVIVED"
+    survivors+=("$label")
   fi
   printf '%-8s %s -> %s\n' "$total" "$label" "$verdict"
   cp "$work/original" "$file"

@@ -92,3 +92,7 @@ struct _kzTime {
 
 // The names of the months, "Jan" to "Dec", by index 0 to 11.
 const char* kzMonthName(int index);
+
+// What a cached time-zone offset is off by at the moment `now` (seconds since the epoch,
+// not before it): one correction round of the cache, for any moment of the day.
+int32_t kzTimeZoneCorrection(int64_t now, int32_t offset);

@@ -12,9 +12,12 @@ namespace {
 
 int32_t cachedOffset = -1;
 
-int32_t correctionRound() {
-    const time_t now = ::time(nullptr);
-    const time_t shifted = now - cachedOffset;
+int32_t correctionRound() { return kzTimeZoneCorrection(static_cast<int64_t>(::time(nullptr)), cachedOffset); }
+
+} // namespace
+
+int32_t kzTimeZoneCorrection(int64_t now, int32_t offset) {
+    const time_t shifted = static_cast<time_t>(now - offset);
     tm local{};
     localtime_r(&shifted, &local);
     const int32_t localSeconds = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
@@ -26,8 +29,6 @@ int32_t correctionRound() {
         d -= 86400;
     return d;
 }
-
-} // namespace
 
 int32_t _kzTime::calcTimeZoneOffset(bool store) {
     const int32_t d = correctionRound();

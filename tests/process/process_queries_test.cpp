@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <ios>
 #include <memory>
 #include <string>
 #include <vector>
@@ -91,6 +92,9 @@ TEST(ProcessQueries, CpuAndMemoryOfRealProcesses) {
         begun[round] = {clock(), ran()}; // a braced list is read from left to right
         ASSERT_TRUE(after->updateFull());
         done[round] = {clock(), ran()};
+        // The measurement's start, by the same clock, to the microsecond.
+        EXPECT_GE(after->measureTime, begun[round].wall - 1e-6) << std::fixed << begun[round].wall << ", round " << round;
+        EXPECT_LE(after->measureTime, done[round].wall + 1e-6) << std::fixed << done[round].wall << ", round " << round;
     }
     float busyPercent = -1, unset = 7;
     after->cpuPercent(busyPercent, after->indexOfPid(busy, false), *before, 0);
@@ -119,6 +123,7 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     const pid_t first = p.start("kzServerconsole");
     EXPECT_FALSE(_kzProcessSnapshot::isOtherInstanceRunning(Name("kzServer"), true, true, &pid));
     auto snapshot = std::make_unique<_kzProcessSnapshot>();
+    EXPECT_EQ(snapshot->measureStarted, 0); // a new list has no measurement open
     snapshot->measureStarted = 1;
     EXPECT_TRUE(snapshot->update());
     EXPECT_EQ(snapshot->measureStarted, 0); // a new collection opens no measurement yet

@@ -54,7 +54,8 @@ TEST(TextRules, MidTrimFieldsParsingAndHex) {
     const std::pair<std::string, std::string> hexes[] = {{hexOf(static_cast<signed char>(-1)), "FF"},
                                                          {hexOf(static_cast<short>(-1)), "FFFFFFFF"},
                                                          {hexOf(static_cast<unsigned short>(0xFFFF)), "FFFF"},
-                                                         {hexOf(0x1234LL), "0000000000001234"}};
+                                                         {hexOf(0x1234LL), "0000000000001234"},
+                                                         {textOf(S8("a\xE4").asHexString()), "61E4"}};
     for (const auto& [got, expected] : hexes) EXPECT_EQ(got, expected);
     S8 field("FFFE12");
     EXPECT_EQ(field.toIntFromHex(16, true, true, &ok), -2);

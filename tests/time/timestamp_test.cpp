@@ -53,6 +53,21 @@ TEST(Timestamp, TheOffsetCacheFollowsOnlyWhenItIsCorrected) {
     EXPECT_EQ(_kzTime(int64_t(10800), false).value, 0); // a local value comes back by the offset
 }
 
+// A correction round at any moment of the day: a difference of more than half a day and 31
+// seconds either way is taken the other way round the day.
+TEST(Timestamp, ACorrectionRoundAtEveryMomentOfTheDay) {
+    useZone("UTC");
+    const int64_t midnight = 1600000000 / 86400 * 86400;
+    const struct {
+        int64_t second;
+        int32_t cached, expected;
+    } rows[] = {{50000, 43231, 43169}, {50000, 43230, -43230}, {10000, -43231, -43169},
+                {10000, -43230, 43230}, {0, -1, 1},            {86399, 1, -1}};
+    for (const auto& row : rows)
+        EXPECT_EQ(kzTimeZoneCorrection(midnight + row.second, row.cached), row.expected)
+            << "a cache of " << row.cached << " at second " << row.second << " of the day";
+}
+
 TEST(Timestamp, CalendarFieldsAndEveryTextIncludingUnsetAndInvalidValues) {
     useZone("Europe/Berlin");
     const _kzTime summer(kSummer, true), unset, invalid(int64_t(-1), true);

@@ -1,13 +1,17 @@
 // The two mirror passes, driven in-process over real folders as the tool drives them, and
 // the log mirror's names.
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -175,6 +179,42 @@ TEST(JobDbPass, RemovesTheJobFilesWhoseSourceHasGoneAndNothingElse) {
     ::rename(f.local.c_str(), f.dir.file("moved").c_str());
     passes.jobs(f);
     EXPECT_EQ(readFile(f.jobs + "jobs.db-wal"), "old");
+}
+
+// Each pass copies in the order in which the directory lists the local folder, not sorted:
+// the mirrors come into being in that order.
+TEST(Passes, CopyInTheOrderOfTheDirectory) {
+    MirrorFolders f;
+    for (const char* name : {"c", "a", "h", "d", "f", "b", "g", "e"}) {
+        writeFile(f.local + name + ".txt", name);
+        writeFile(f.local + name + ".jobs.db", name);
+    }
+    std::vector<std::string> logs, jobs;
+    DIR* folder = ::opendir(f.local.c_str());
+    while (const dirent* entry = ::readdir(folder)) {
+        const std::string name = entry->d_name;
+        if (name.size() > 4 && name.substr(1) == ".txt") logs.push_back(name.substr(0, 1) + "__copyFromLocal.txt");
+        if (name.size() > 4 && name.substr(1) == ".jobs.db") jobs.push_back(name);
+    }
+    ::closedir(folder);
+    ASSERT_FALSE(std::is_sorted(logs.begin(), logs.end())) << "this folder lists its names sorted";
+    ASSERT_FALSE(std::is_sorted(jobs.begin(), jobs.end())) << "this folder lists its names sorted";
+    ::mkdir((f.root + "sub/cfg_global").c_str(), 0755);
+    ::mkdir(f.jobs.c_str(), 0755);
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ::inotify_add_watch(watch, f.logs.c_str(), IN_CREATE);
+    ::inotify_add_watch(watch, f.jobs.c_str(), IN_CREATE);
+    Passes passes;
+    passes.logs(f);
+    passes.jobs(f);
+    std::vector<std::string> created;
+    alignas(inotify_event) char events[4096];
+    for (ssize_t got; (got = ::read(watch, events, sizeof events)) > 0;)
+        for (ssize_t at = 0; at < got; at += sizeof(inotify_event) + reinterpret_cast<inotify_event*>(events + at)->len)
+            created.push_back(reinterpret_cast<inotify_event*>(events + at)->name);
+    ::close(watch);
+    logs.insert(logs.end(), jobs.begin(), jobs.end());
+    EXPECT_EQ(created, logs);
 }
 
 // Resident pages of this process.
