@@ -1,5 +1,8 @@
 // The directory scan over real folders.
+#include <grp.h>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <string>
@@ -59,6 +62,7 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     TempDir dir;
     writeFile(dir.file("f.txt"), "12345");
     setModified(dir.file("f.txt"), 1500000000);
+    ::chmod(dir.file("f.txt").c_str(), 0640);
 
     _kzDirScan scan;
     for (const std::string& path : {dir.path(), dir.path() + "/", dir.path() + "\\"}) {
@@ -84,6 +88,8 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     EXPECT_EQ(scan.fileSize(), 5);
     EXPECT_EQ(scan.fileTime().value, 1500000000);
     EXPECT_FALSE(scan.isFolder());
+    const std::string owners = std::string(getpwuid(::geteuid())->pw_name) + " " + getgrgid(::getegid())->gr_name + " ";
+    EXPECT_EQ(textOf(scan.accessText()), "rw r  " + owners);
     EXPECT_FALSE(scan.next());
     scan.rewind(); // a snapshot can be walked again; a new start reads the folder anew
     EXPECT_TRUE(scan.next());

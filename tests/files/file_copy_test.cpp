@@ -180,6 +180,9 @@ TEST(CopyStats, TotalsSettingsAndTheStatusLine) {
     stats.addCopyThrottled(4096, 0, -5, 4096);
     EXPECT_EQ(stats.throttleMs, 0);
     EXPECT_EQ(stats.throttledChunks, 4);
+    stats.addCopyThrottled(0, 0, 1, 4096); // a pause of 1 ms: plain copies count their chunks too
+    stats.addCopy(8192, 0);
+    EXPECT_EQ(stats.throttledChunks, 6);
     // Without counted chunks (throttled copies below one chunk) the setting estimates them
     // from all bytes and the chunk size set: 16 pauses of 100 ms in 2 s.
     _kzCopyStats estimated{};

@@ -186,9 +186,9 @@ TEST(ProcessQueries, TheLoadTableOverRounds) {
         int64_t second, ms;
         bool behind;
         float percent;
-    } rounds[] = {{1, 2, 1000, 1000500, false, 0},              // never taken over: not behind; only stored
-                  {3, 2.015625, 1000, 1000600, true, 0.78125},   // a later tenth of the same second; below 1 %
-                  {13, 2, 1001, 1001000, true, 0},               // a later second; CPU time went back
+    } rounds[] = {{1, 0.5, 1000, 1000500, false, 0},            // never taken over: not behind; only stored
+                  {3, 0.515625, 1000, 1000600, true, 0.78125},   // a later tenth of the same second; below 1 %
+                  {13, 0.25, 1001, 1001000, true, 0},            // a later second; CPU time went back
                   {14, 2002.5, 1001, 1001050, true, 102400},     // the same tenth, a later measurement
                   {14, 2003, 1001, 1001050, false, 0},           // nothing later: no interval
                   {15, 2004, 1000, 1000000, false, 100}};        // an older snapshot
