@@ -127,6 +127,7 @@ TEST(ProcessQueries, InstanceTestsOfTheDynamicList) {
     snapshot->measureStarted = 1;
     EXPECT_TRUE(snapshot->update());
     EXPECT_EQ(snapshot->measureStarted, 0); // a new collection opens no measurement yet
+    EXPECT_EQ(snapshot->entries[0].pid, 1u); // and starts from an empty table, with the first process
     EXPECT_TRUE(snapshot->update());
     EXPECT_FALSE(snapshot->isRunningTwice(Name("kzServerconsole"), &pid)); // the second collection replaced the first
     p.start("kzServerconsole");

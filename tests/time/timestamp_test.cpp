@@ -149,6 +149,7 @@ TEST(Timestamp, SetLocalWithItsClampsAndTheDoubleMktime) {
         {"day 40 is the 31st", t.setLocal(0, 0, 12, 40, 7, 2021), 1627725600},
         {"month 14: February of the next year", t.setDateWrap(10, 14, 2020, true), 1612911600},
         {"month 1 stays", t.setDateWrap(10, 1, 2020, true), 1578610800},
+        {"a date's year below 1990 stays", t.setDateWrap(10, 1, 1985, true), 474159600},
         {"month 25: January two years on", t.setDateWrap(10, 25, 2020, true), 1641769200},
         {"month 0: December of the year before", t.setDateWrap(10, 0, 2020, true), 1575932400},
         {"month 13 of 3000: January, in a year held at 3000", t.setDateWrap(10, 13, 3000, true), 32504454000},
