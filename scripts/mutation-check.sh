@@ -48,6 +48,7 @@ kz_build asan
 left_out='^tool_under_valgrind$'
 [ -z "$quick" ] || left_out='^(tool_under_valgrind|share_fault_.*|debian_package|installed_libraries_consumer)$'
 suite() { ctest --preset "${1:-default}" -j 6 --stop-on-failure -E "$left_out" >"$work/ctest.log" 2>&1; }
+failed_test() { grep -m1 -o -E '[0-9]+ - [^ ]+' "$work/ctest.log" | sed 's/^[0-9]* - //' || echo '?'; }
 for preset in default asan; do
   echo "Baseline: the suite without faults ($preset)"
   if ! suite $preset; then
@@ -80,13 +81,13 @@ while IFS= read -r entry <&3; do
     verdict="DOES NOT BUILD: $(grep -m1 'error:' "$work/build.log" | sed 's/^.*error: //' || echo '?')"
     unbuilt+=("$label")
   elif ! suite; then
-    verdict="caught by $(grep -m1 -o -E '[0-9]+ - [^ ]+' "$work/ctest.log" | sed 's/^[0-9]* - //' || echo '?')"
+    verdict="caught by $(failed_test)"
     caught=$((caught + 1))
   # The test command runs the suite under the sanitizers too, where a read or write outside
   # a block fails a test that the normal build passes: a fault that survives the normal
   # build is tried there before it counts as a survivor.
   elif cmake --build --preset asan --parallel "$(nproc)" >"$work/build.log" 2>&1 && ! suite asan; then
-    verdict="caught under the sanitizers by $(grep -m1 -o -E '[0-9]+ - [^ ]+' "$work/ctest.log" | sed 's/^[0-9]* - //' || echo '?')"
+    verdict="caught under the sanitizers by $(failed_test)"
     caught=$((caught + 1))
   else
     verdict="SURVIVED"

@@ -1,6 +1,4 @@
 // The directory scan over real folders.
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -88,8 +86,7 @@ TEST(DirScan, PathsAttributesAndTheSnapshot) {
     EXPECT_EQ(scan.fileSize(), 5);
     EXPECT_EQ(scan.fileTime().value, 1500000000);
     EXPECT_FALSE(scan.isFolder());
-    const std::string owners = std::string(getpwuid(::geteuid())->pw_name) + " " + getgrgid(::getegid())->gr_name + " ";
-    EXPECT_EQ(textOf(scan.accessText()), "rw r  " + owners);
+    EXPECT_EQ(textOf(scan.accessText()), "rw r  " + accountName(::geteuid()) + " " + accountName(::getegid()) + " ");
     EXPECT_FALSE(scan.next());
     scan.rewind(); // a snapshot can be walked again; a new start reads the folder anew
     EXPECT_TRUE(scan.next());

@@ -1,7 +1,6 @@
 // Starting real children (/bin/sh) and capturing what they say: lines held back and handed
 // on, standard error marked, the replacement table, the buffer's limit, the diagnosis of a
 // failed start, free children with an output file, and a process replaced in place.
-#include <pwd.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -114,9 +113,7 @@ TEST(ChildProcess, StartsThatCannotRunAndTheirDiagnosis) {
     ::chmod(dir.file("script.txt").c_str(), 0644);
     _kzChildProcess notExecutable;
     const int pid = notExecutable.start(path250(dir.file("script.txt")), none); // a pid: the child says why
-    const passwd* user = getpwuid(getuid());
-    const passwd* group = getpwuid(getgid()); // the group id goes through the user lookup too
-    const std::string owner = std::string(user->pw_name) + "   " + (group ? group->pw_name : "ID " + std::to_string(getgid()));
+    const std::string owner = accountName(getuid()) + "   " + accountName(getgid());
     EXPECT_EQ(std::string(notExecutable.output, notExecutable.outputLength),
               "Failed to start new process (execvp) \n" + dir.file("script.txt") +
                   "\nPermission denied\nExecutable access rights: " + owner + "    rw r r \n");

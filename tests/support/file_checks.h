@@ -2,6 +2,7 @@
 // this process holds open.
 #pragma once
 
+#include <pwd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -46,6 +47,13 @@ inline void makeSocket(const std::string& path) {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
     ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     ::close(fd);
+}
+
+// A file owner's or group's id named as the user database names it, "ID n" where it has no
+// entry: the system names a group id through the user lookup too.
+inline std::string accountName(unsigned id) {
+    const passwd* entry = getpwuid(id);
+    return entry ? entry->pw_name : "ID " + std::to_string(id);
 }
 
 // The number of entries in /proc/self/fd.

@@ -193,12 +193,13 @@ TEST(Passes, CopyInTheOrderOfTheDirectory) {
     DIR* folder = ::opendir(f.local.c_str());
     while (const dirent* entry = ::readdir(folder)) {
         const std::string name = entry->d_name;
-        if (name.size() > 4 && name.substr(1) == ".txt") logs.push_back(name.substr(0, 1) + "__copyFromLocal.txt");
-        if (name.size() > 4 && name.substr(1) == ".jobs.db") jobs.push_back(name);
+        if (name.substr(1) == ".txt") logs.push_back(name.substr(0, 1) + "__copyFromLocal.txt");
+        if (name.substr(1) == ".jobs.db") jobs.push_back(name);
     }
     ::closedir(folder);
-    ASSERT_FALSE(std::is_sorted(logs.begin(), logs.end())) << "this folder lists its names sorted";
-    ASSERT_FALSE(std::is_sorted(jobs.begin(), jobs.end())) << "this folder lists its names sorted";
+    // Where the directory lists the names sorted, no order would tell the two apart.
+    ASSERT_FALSE(std::is_sorted(logs.begin(), logs.end())) << "the logs are listed sorted";
+    ASSERT_FALSE(std::is_sorted(jobs.begin(), jobs.end())) << "the job files are listed sorted";
     ::mkdir((f.root + "sub/cfg_global").c_str(), 0755);
     ::mkdir(f.jobs.c_str(), 0755);
     const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
@@ -210,8 +211,11 @@ TEST(Passes, CopyInTheOrderOfTheDirectory) {
     std::vector<std::string> created;
     alignas(inotify_event) char events[4096];
     for (ssize_t got; (got = ::read(watch, events, sizeof events)) > 0;)
-        for (ssize_t at = 0; at < got; at += sizeof(inotify_event) + reinterpret_cast<inotify_event*>(events + at)->len)
-            created.push_back(reinterpret_cast<inotify_event*>(events + at)->name);
+        for (ssize_t at = 0; at < got;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+            created.push_back(event->name);
+            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
     ::close(watch);
     logs.insert(logs.end(), jobs.begin(), jobs.end());
     EXPECT_EQ(created, logs);
